@@ -1,0 +1,56 @@
+#include "base/ReplaceFile.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+namespace {
+
+std::filesystem::path temporaryNameFor(const std::filesystem::path& target) {
+    std::filesystem::path name = target;
+    name += ".part-" + std::to_string(::getpid());
+    return name;
+}
+
+/// fsync of a file or folder by path; the error number, 0 on success.
+int flushToDisk(const std::filesystem::path& path) {
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return errno;
+    const int failed = ::fsync(fd) != 0 ? errno : 0;
+    ::close(fd);
+    return failed;
+}
+
+} // namespace
+
+ReplacedFile::ReplacedFile(std::filesystem::path target)
+    : target_(std::move(target))
+    , temporary_(temporaryNameFor(target_)) {}
+
+ReplacedFile::ReplacedFile(ReplacedFile&& other) noexcept
+    : target_(std::move(other.target_))
+    , temporary_(std::exchange(other.temporary_, {})) {}
+
+ReplacedFile::~ReplacedFile() {
+    std::error_code ignored;
+    if (!temporary_.empty()) std::filesystem::remove(temporary_, ignored);
+}
+
+Result<void> ReplacedFile::commit() {
+    if (const int failed = flushToDisk(temporary_))
+        return Error{"cannot write " + target_.string() + ": " + systemErrorText(failed)};
+    std::error_code error;
+    std::filesystem::rename(temporary_, target_, error);
+    if (error) return Error{"cannot replace " + target_.string() + ": " + systemErrorText(error.value())};
+    temporary_.clear();
+    // The name itself reaches the disk with its folder; some file systems refuse this, which costs nothing
+    // but the promptness of the rename.
+    const auto folder = target_.has_parent_path() ? target_.parent_path() : std::filesystem::path(".");
+    flushToDisk(folder);
+    return {};
+}
+
+std::string systemErrorText(int errorNumber) { return std::generic_category().message(errorNumber); }

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace framework {
+
+/// A program to start and wait for.
+struct ProcessRequest {
+    std::wstring program;     ///< path of the program, as nativePath takes it
+    std::wstring argument;    ///< its only argument, blanks and all
+    std::wstring commandLine; ///< what a platform that starts programs by command line gets instead
+};
+
+/// How a child process ended.
+struct ProcessEnd {
+    std::wstring program;
+    std::int64_t exitCode = 0; ///< when it ended by itself
+    int signal = 0;            ///< when a signal ended it (never on Windows)
+};
+
+/// Starts the program hidden, without inherited handles, in the caller's folder and environment, and waits
+/// for its end without a time limit. Zero when it could not be started.
+int runProcess(const ProcessRequest& request);
+
+/// How the last child that runProcess waited for ended; empty when the last one could not be started, or none ran.
+const std::optional<ProcessEnd>& lastProcessEnd();
+
+/// The sentence of the system for the last failed start; empty after a start that worked.
+const std::wstring& lastProcessFailure();
+
+} // namespace framework

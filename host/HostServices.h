@@ -1,0 +1,46 @@
+#pragma once
+
+#include "host/MSGFunction.h"
+#include "host/QMAppBase.h"
+#include "host/QMGlobalData.h"
+#include "host/QMProgressBar.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What an implementation of the host gives, apart from the documents themselves: the functions of the host
+/// interface forward to the registered object. Register one object before the module is used; it must
+/// outlive every use. Everything is called on one thread.
+class IHostServices {
+  public:
+    virtual ~IHostServices() = default;
+
+    virtual Edition GetEdition() const = 0;
+    virtual std::wstring GetProgramPath() const = 0;
+    virtual std::wstring GetTestEnvValue(std::wstring_view name) const = 0;
+
+    virtual std::wstring GetMessageText(std::wstring_view key) const = 0;
+    virtual void ErrorOut(const std::wstring& text) = 0;
+    virtual int ShowMessageBox(const std::wstring& text, unsigned style) = 0;
+    virtual void SetWaitCursor(bool on) = 0;
+
+    virtual int GetUnitIndexCurrent() const = 0;
+    virtual int GetUnitIndexDefault() const = 0;
+    /// Factor from the default unit system to system `index`.
+    virtual double GetUnitFactor(int kind, int index) const = 0;
+
+    virtual const T_QM_MESH_D& GetMesh(CQMDocBase& doc) = 0;
+
+    virtual int BeginTransaction(CQMDocBase& doc, const std::wstring& title) = 0;
+    virtual int CommitTransaction(CQMDocBase& doc) = 0;
+    virtual void RollbackTransaction(CQMDocBase& doc) = 0;
+    virtual int ExecuteCommand(CQMDocBase* doc, const std::wstring& name,
+                               const std::vector<std::wstring>& params) = 0;
+};
+
+/// Registers the host for this process (null takes it away). The host answers the previous one.
+IHostServices* RegisterHostServices(IHostServices* services);
+
+/// The registered host; throws std::logic_error when there is none.
+IHostServices& HostServices();

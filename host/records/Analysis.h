@@ -1,0 +1,22 @@
+#pragma once
+
+#include "host/records/ItrKey.h"
+
+#include <cstdint>
+#include <string>
+
+/// An analysis (master case). Its name is also a part of the names of its files: at most 64 characters,
+/// none of them one that a file name must not hold.
+struct tagTVXMcas {
+    ItrKey key = 0;
+    std::wstring name;
+    std::int32_t typeCode = 101; ///< analysis-type code; 101 is linear static
+    ItrKey outputControlKey = 0;
+};
+
+/// Output control of an analysis.
+struct tagTVXOctr {
+    ItrKey key = 0;
+    std::wstring name;
+    std::int32_t value = 0;
+};

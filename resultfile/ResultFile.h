@@ -1,0 +1,131 @@
+#pragma once
+
+#include "base/Result.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace resultfile {
+
+/// Where the values of a component stand. The numbers are the ones stored in the file.
+enum class Location : int { Node = 1, ElementCorner = 2 };
+
+/// A component of a step: one table of 32-bit floats.
+struct Component {
+    unsigned id = 0; ///< identifier of the result catalogue
+    Location location = Location::Node;
+    std::uint64_t count = 0; ///< number of values
+    std::string items;       ///< name of the item list that the values follow; empty: the mesh itself
+};
+
+/// One step (time, load factor, mode).
+struct Step {
+    std::string name;
+    double value = 0;
+    std::vector<Component> components; ///< ascending by id
+};
+
+/// One result case. Names are unique within the file; names of steps within their case.
+struct Case {
+    std::string name;
+    std::vector<Step> steps;
+};
+
+/// Everything about a result file but its values.
+struct Contents {
+    std::string analysis;      ///< name of the analysis
+    std::string producer;      ///< program that wrote the file
+    std::string inputChecksum; ///< checksum of the input that the results were computed from; may be empty
+    std::uint64_t nodeCount = 0;
+    std::uint64_t elementCount = 0;
+    std::uint64_t cornerCount = 0; ///< number of element corners, all elements
+    std::vector<Case> cases;
+};
+
+/// The mesh that the tables follow, by the numbers that people know.
+struct Mesh {
+    std::span<const std::int32_t> nodeNumbers;    ///< strictly ascending
+    std::span<const std::int32_t> elementNumbers; ///< strictly ascending; may be empty
+    std::span<const std::int32_t> elementCornerCounts; ///< nodes of each element, same length
+};
+
+/// Writes a result file under a temporary name; nothing is visible under `path` before commit succeeds, and
+/// without commit nothing stays. Failures are sticky: after the first one every call fails with its message.
+class Writer {
+  public:
+    static Result<Writer> create(const std::filesystem::path& path, std::string analysis, std::string producer);
+    ~Writer();
+    Writer(Writer&&) noexcept;
+    Writer& operator=(Writer&&) noexcept;
+
+    /// Must be called once, before the first case.
+    Result<void> setMesh(const Mesh& mesh);
+    Result<void> setInputChecksum(const std::string& checksum);
+    /// A list of mesh positions (node or element indices, ascending) that tables can follow.
+    Result<void> addItems(const std::string& name, Location location, std::span<const std::uint32_t> positions);
+
+    Result<void> beginCase(const std::string& name);
+    Result<void> beginStep(const std::string& name, double value);
+
+    /// A component of the current step, whole.
+    Result<void> writeTable(unsigned id, Location location, std::span<const float> values,
+                            const std::string& items = {});
+
+    /// A component of the current step that is filled in pieces, in order. Several may be open at a time;
+    /// each must be full before the next case or step begins.
+    class Table {
+      public:
+        Result<void> append(std::span<const float> values);
+
+      private:
+        friend class Writer;
+        Table(Writer& writer, std::size_t index) : writer_(&writer), index_(index) {}
+        Writer* writer_;
+        std::size_t index_;
+    };
+    Result<Table> openTable(unsigned id, Location location, std::uint64_t count, const std::string& items = {});
+
+    /// Closes the file, flushes it to the disk and gives it its name.
+    Result<void> commit();
+
+  private:
+    struct State;
+    explicit Writer(std::unique_ptr<State> state);
+    std::unique_ptr<State> state_;
+};
+
+/// Reads a result file. Opening reads and checks the structure; values are read on demand. The file may be
+/// replaced under its name meanwhile: an open reader keeps the file that it opened.
+class Reader {
+  public:
+    static Result<Reader> open(const std::filesystem::path& path);
+    ~Reader();
+    Reader(Reader&&) noexcept;
+    Reader& operator=(Reader&&) noexcept;
+
+    const std::filesystem::path& path() const;
+    const Contents& contents() const;
+
+    Result<std::vector<std::int32_t>> nodeNumbers() const;
+    Result<std::vector<std::int32_t>> elementNumbers() const;
+    Result<std::vector<std::int32_t>> elementCornerCounts() const;
+    Result<std::vector<std::uint32_t>> items(const std::string& name) const;
+
+    /// Values of a component; positions are those of contents().
+    Result<std::vector<float>> values(std::size_t caseIndex, std::size_t stepIndex, unsigned id) const;
+    /// `count` values from `first` on, into `out` (out.size() values are read).
+    Result<void> valuesInto(std::size_t caseIndex, std::size_t stepIndex, unsigned id, std::uint64_t first,
+                            std::span<float> out) const;
+
+  private:
+    struct State;
+    explicit Reader(std::unique_ptr<State> state);
+    std::unique_ptr<State> state_;
+};
+
+} // namespace resultfile

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "base/Result.h"
+#include "workbench/document/ModelDatabase.h"
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace workbench {
+
+/// Counts and names of a document, read without its mesh.
+struct DocumentSummary {
+    int schemaVersion = 0;
+    std::uint64_t nodeCount = 0;
+    std::uint64_t elementCount = 0;
+    std::array<double, 6> bounds{}; ///< xmin, ymin, zmin, xmax, ymax, zmax; zero without nodes
+    std::vector<std::pair<int, std::uint64_t>> elementTypeCounts;
+    DocumentUnits units;
+};
+
+/// Opens a `.wkm` document with its mesh and checks every block against its checksum.
+Result<std::unique_ptr<ModelDatabase>> openDocument(const std::filesystem::path& path);
+
+/// Opens a document without its mesh (mesh() is then empty and must not be saved back): for `info`.
+Result<std::unique_ptr<ModelDatabase>> openDocumentRecords(const std::filesystem::path& path, DocumentSummary& summary);
+
+/// Writes a document whole: the file at `path` is the old or the new one at any moment.
+Result<void> saveDocument(ModelDatabase& database, const std::filesystem::path& path);
+
+} // namespace workbench
