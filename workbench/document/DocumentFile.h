@@ -26,7 +26,8 @@ struct DocumentSummary {
 Result<std::unique_ptr<ModelDatabase>> openDocument(const std::filesystem::path& path);
 
 /// Opens a document without its mesh (mesh() is then empty and must not be saved back): for `info`.
-Result<std::unique_ptr<ModelDatabase>> openDocumentRecords(const std::filesystem::path& path, DocumentSummary& summary);
+Result<std::unique_ptr<ModelDatabase>> openDocumentRecords(const std::filesystem::path& path,
+                                                           DocumentSummary& summary);
 
 /// Writes a document whole: the file at `path` is the old or the new one at any moment.
 Result<void> saveDocument(ModelDatabase& database, const std::filesystem::path& path);

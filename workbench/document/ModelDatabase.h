@@ -39,8 +39,9 @@ class ModelDatabase final : public CQMDBSession {
     void ClearUndo() override;
 
     const T_QM_MESH_D& mesh() const;
-    /// Replaces the mesh; needs an open transaction. Gives out the keys (the key vectors of `mesh` are ignored).
-    /// Refuses numbers that do not ascend, node indices out of range, unknown element types and properties.
+    /// Replaces the mesh; needs an open transaction. Gives out the keys (the key vectors of `mesh` are
+    /// ignored). Refuses numbers that do not ascend, node indices out of range, unknown element types and
+    /// properties.
     Result<void> setMesh(MeshData mesh);
 
     const DocumentUnits& units() const;
@@ -56,7 +57,8 @@ class ModelDatabase final : public CQMDBSession {
     int commitTransaction();
     void rollbackTransaction();
     bool inTransaction() const;
-    /// Undoes the last committed transaction; zero when there is none. Answers with its title through `title`.
+    /// Undoes the last committed transaction; zero when there is none. Answers with its title through
+    /// `title`.
     int undo(std::wstring* title = nullptr);
 
     /// True when something changed since the last save or load.
