@@ -22,9 +22,12 @@ class CArchive {
     CArchive& operator<<(std::int32_t value) { return Put(static_cast<std::uint32_t>(value)); }
     CArchive& operator<<(double value) { return Put(std::bit_cast<std::uint64_t>(value)); }
     void Write(const void* bytes, std::size_t count); ///< raises CFileException
-    void Flush();                                    ///< raises CFileException
-    void Close();                                    ///< flushes; the file stays open. Raises CFileException
-    void Abort() noexcept { m_position = 0; m_pFile = nullptr; }
+    void Flush();                                     ///< raises CFileException
+    void Close();                                     ///< flushes; the file stays open. Raises CFileException
+    void Abort() noexcept {
+        m_position = 0;
+        m_pFile = nullptr;
+    }
     CFile* GetFile() const { return m_pFile; }
 
   private:
@@ -33,7 +36,8 @@ class CArchive {
         if (kSize - m_position < sizeof value) FlushBuffer();
         if constexpr (std::endian::native == std::endian::big) {
             T swapped = 0;
-            for (std::size_t i = 0; i < sizeof value; ++i, value >>= 8) swapped = static_cast<T>(swapped << 8 | (value & 0xFF));
+            for (std::size_t i = 0; i < sizeof value; ++i, value >>= 8)
+                swapped = static_cast<T>(swapped << 8 | (value & 0xFF));
             value = swapped;
         }
         std::memcpy(m_buffer.data() + m_position, &value, sizeof value);

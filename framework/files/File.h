@@ -7,14 +7,15 @@
 #include <memory>
 #include <string>
 
-/// A file opened by path. Paths are wide, with either separator; see PathMap.h.
+/// A file opened by path. Paths are wide, with either separator; see PathMap.h. Reading and writing may mix.
+/// After a failed write every later write, flush and close fails with the same cause.
 class CFile {
   public:
     enum OpenFlags : unsigned {
         modeRead = 0x0000,
         modeWrite = 0x0001,
         modeReadWrite = 0x0002,
-        modeCreate = 0x1000, ///< makes the file, or empties an existing one
+        modeCreate = 0x1000,     ///< makes the file, or empties an existing one
         modeNoTruncate = 0x2000, ///< with modeCreate: keeps what an existing file holds
         typeText = 0x4000,
         typeBinary = 0x8000,
@@ -37,6 +38,7 @@ class CFile {
     void Write(const void* buffer, std::size_t count);
     /// Hands everything gathered to the system. Raises CFileException.
     void Flush();
+    /// The new position, which may lie behind the end. Raises CFileException.
     std::uint64_t Seek(std::int64_t offset, SeekPosition from);
     std::uint64_t GetPosition() const;
     std::uint64_t GetLength() const;
@@ -45,13 +47,20 @@ class CFile {
     /// Closes without a word; what was gathered and not flushed is lost.
     void Abort() noexcept;
 
-    static void Remove(const std::wstring& path);                              ///< raises CFileException
-    static void Rename(const std::wstring& from, const std::wstring& to); ///< raises CFileException
+    static void Remove(const std::wstring& path); ///< a file, not a folder; raises CFileException
+    /// Fails when `to` exists. Raises CFileException.
+    static void Rename(const std::wstring& from, const std::wstring& to);
 
   protected:
+    bool IsText() const; ///< opened with typeText
+    /// The next bytes up to LF, without it and a CR before it; zero at the end of the file. Raises
+    /// CFileException.
+    int ReadLine(std::string& line);
+
     std::wstring m_strFileName;
 
   private:
     struct State;
+    State& Opened() const; ///< raises CFileException when no file is open
     std::unique_ptr<State> m_state;
 };

@@ -6,15 +6,28 @@
 /// Raised by CFile, CArchive and CStdioFile when the system refuses an operation.
 class CFileException : public std::exception {
   public:
-    enum Cause { none, genericException, fileNotFound, badPath, accessDenied, sharingViolation, diskFull, endOfFile };
+    enum Cause {
+        none,
+        genericException,
+        fileNotFound,
+        badPath,
+        accessDenied,
+        sharingViolation,
+        diskFull,
+        endOfFile
+    };
+    /// What was tried; "use" when nobody said.
+    enum Operation { use, open, read, write, close, remove, rename };
 
-    CFileException(Cause cause, int osError, std::wstring path);
+    explicit CFileException(Cause cause = none, int osError = 0, std::wstring path = {},
+                            Operation operation = use);
 
     Cause m_cause;
-    int m_lOsError; ///< errno or GetLastError of the operation
+    int m_lOsError; ///< errno or GetLastError of the operation; 0 when the system was not asked
     std::wstring m_strFileName;
+    Operation m_operation;
 
-    /// One sentence: the file and the cause.
+    /// One sentence: the operation, the file and the cause.
     std::wstring GetErrorMessage() const;
     const char* what() const noexcept override { return m_what.c_str(); }
 

@@ -1,10 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <vector>
 
-/// Finds files by a pattern with * and ? in its last component, in ascending order of name.
+/// Finds files and folders by a pattern with * and ? in its last component, in ascending order of name. A
+/// match keeps the folder as the pattern wrote it. FindNextFile comes before the first match is looked at:
+///     for (int more = find.FindFile(pattern); more;) { more = find.FindNextFile(); use(find.GetFileName());
+///     }
 class CFileFind {
   public:
     int FindFile(const std::wstring& pattern); ///< zero when nothing matches
@@ -22,6 +26,10 @@ class CFileFind {
         std::uint64_t length = 0;
         bool directory = false;
     };
+    static Match Describe(const std::wstring& folder, const std::wstring& name,
+                          const std::filesystem::directory_entry& entry);
+    const Match& Current() const; ///< an empty one before the first FindNextFile
+
     std::vector<Match> m_matches;
     std::size_t m_next = 0;
 };

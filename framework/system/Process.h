@@ -9,22 +9,25 @@ namespace framework {
 /// A program to start and wait for.
 struct ProcessRequest {
     std::wstring program;     ///< path of the program, as nativePath takes it
-    std::wstring argument;    ///< its only argument, blanks and all
+    std::wstring argument;    ///< its only argument, blanks and all, as it stands
     std::wstring commandLine; ///< what a platform that starts programs by command line gets instead
 };
 
 /// How a child process ended.
 struct ProcessEnd {
     std::wstring program;
-    std::int64_t exitCode = 0; ///< when it ended by itself
+    std::int64_t exitCode = 0; ///< when it ended by itself; -1 when the system did not tell
     int signal = 0;            ///< when a signal ended it (never on Windows)
 };
 
 /// Starts the program hidden, without inherited handles, in the caller's folder and environment, and waits
-/// for its end without a time limit. Zero when it could not be started.
+/// for its end without a time limit. Zero when it could not be started. Outside Windows the child reads
+/// nothing and all that it prints goes to the error output, so that it cannot mix with what the caller
+/// prints.
 int runProcess(const ProcessRequest& request);
 
-/// How the last child that runProcess waited for ended; empty when the last one could not be started, or none ran.
+/// How the last child that runProcess waited for ended; empty when the last one could not be started, or none
+/// ran.
 const std::optional<ProcessEnd>& lastProcessEnd();
 
 /// The sentence of the system for the last failed start; empty after a start that worked.

@@ -16,7 +16,8 @@ int setHostCodePage(unsigned codePage);
 
 /// Wide to narrow text. A character that the code page lacks (or a lone surrogate) becomes "?".
 /// `replaced`, when given, receives the number of such characters.
-std::string wideToMulti(std::wstring_view text, unsigned codePage = hostCodePage(), std::size_t* replaced = nullptr);
+std::string wideToMulti(std::wstring_view text, unsigned codePage = hostCodePage(),
+                        std::size_t* replaced = nullptr);
 
 /// Narrow to wide text. A byte that is not text in the code page becomes U+FFFD.
 std::wstring multiToWide(std::string_view text, unsigned codePage = hostCodePage());

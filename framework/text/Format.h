@@ -20,10 +20,14 @@ std::wstring formatWideArguments(std::wstring_view format, std::initializer_list
 namespace detail {
 template <class T>
 FormatArgument formatArgument(const T& value) {
-    if constexpr (std::signed_integral<T>) return static_cast<std::int64_t>(value);
-    else if constexpr (std::unsigned_integral<T>) return static_cast<std::uint64_t>(value);
-    else if constexpr (std::floating_point<T>) return static_cast<double>(value);
-    else return std::wstring_view(value);
+    if constexpr (std::signed_integral<T>)
+        return static_cast<std::int64_t>(value);
+    else if constexpr (std::unsigned_integral<T>)
+        return static_cast<std::uint64_t>(value);
+    else if constexpr (std::floating_point<T>)
+        return static_cast<double>(value);
+    else
+        return std::wstring_view(value);
 }
 } // namespace detail
 
