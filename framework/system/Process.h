@@ -33,4 +33,7 @@ const std::optional<ProcessEnd>& lastProcessEnd();
 /// The sentence of the system for the last failed start; empty after a start that worked.
 const std::wstring& lastProcessFailure();
 
+/// Forgets both, so that what they answer next belongs to a later start.
+void forgetLastProcess();
+
 } // namespace framework

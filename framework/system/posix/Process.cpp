@@ -86,8 +86,7 @@ ProcessEnd waitFor(pid_t child, const std::wstring& program) {
 } // namespace
 
 int runProcess(const ProcessRequest& request) {
-    g_lastEnd.reset();
-    g_lastFailure.clear();
+    forgetLastProcess();
     const std::string program = nativePath(request.program).native();
     const std::string argument = toUtf8(request.argument);
     pid_t child = 0;
@@ -97,6 +96,11 @@ int runProcess(const ProcessRequest& request) {
     }
     g_lastEnd = waitFor(child, request.program);
     return 1;
+}
+
+void forgetLastProcess() {
+    g_lastEnd.reset();
+    g_lastFailure.clear();
 }
 
 const std::optional<ProcessEnd>& lastProcessEnd() {
