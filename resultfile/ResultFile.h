@@ -49,16 +49,19 @@ struct Contents {
 
 /// The mesh that the tables follow, by the numbers that people know.
 struct Mesh {
-    std::span<const std::int32_t> nodeNumbers;    ///< strictly ascending
-    std::span<const std::int32_t> elementNumbers; ///< strictly ascending; may be empty
+    std::span<const std::int32_t> nodeNumbers;         ///< strictly ascending
+    std::span<const std::int32_t> elementNumbers;      ///< strictly ascending; may be empty
     std::span<const std::int32_t> elementCornerCounts; ///< nodes of each element, same length
 };
 
 /// Writes a result file under a temporary name; nothing is visible under `path` before commit succeeds, and
 /// without commit nothing stays. Failures are sticky: after the first one every call fails with its message.
 class Writer {
+    struct State;
+
   public:
-    static Result<Writer> create(const std::filesystem::path& path, std::string analysis, std::string producer);
+    static Result<Writer> create(const std::filesystem::path& path, std::string analysis,
+                                 std::string producer);
     ~Writer();
     Writer(Writer&&) noexcept;
     Writer& operator=(Writer&&) noexcept;
@@ -67,7 +70,8 @@ class Writer {
     Result<void> setMesh(const Mesh& mesh);
     Result<void> setInputChecksum(const std::string& checksum);
     /// A list of mesh positions (node or element indices, ascending) that tables can follow.
-    Result<void> addItems(const std::string& name, Location location, std::span<const std::uint32_t> positions);
+    Result<void> addItems(const std::string& name, Location location,
+                          std::span<const std::uint32_t> positions);
 
     Result<void> beginCase(const std::string& name);
     Result<void> beginStep(const std::string& name, double value);
@@ -84,17 +88,19 @@ class Writer {
 
       private:
         friend class Writer;
-        Table(Writer& writer, std::size_t index) : writer_(&writer), index_(index) {}
-        Writer* writer_;
+        Table(State& state, std::size_t index)
+            : state_(&state)
+            , index_(index) {}
+        State* state_;
         std::size_t index_;
     };
-    Result<Table> openTable(unsigned id, Location location, std::uint64_t count, const std::string& items = {});
+    Result<Table> openTable(unsigned id, Location location, std::uint64_t count,
+                            const std::string& items = {});
 
     /// Closes the file, flushes it to the disk and gives it its name.
     Result<void> commit();
 
   private:
-    struct State;
     explicit Writer(std::unique_ptr<State> state);
     std::unique_ptr<State> state_;
 };
