@@ -1,6 +1,7 @@
 #include "base/ReplaceFile.h"
 
 #include <fcntl.h>
+#include <string.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -53,4 +54,12 @@ Result<void> ReplacedFile::commit() {
     return {};
 }
 
-std::string systemErrorText(int errorNumber) { return std::generic_category().message(errorNumber); }
+std::string systemErrorText(int errorNumber) {
+#ifdef __GLIBC__
+    // The category's message would be in the language of a locale that a program has set.
+    if (const char* text = ::strerrordesc_np(errorNumber)) return text;
+    return "error " + std::to_string(errorNumber);
+#else
+    return std::generic_category().message(errorNumber);
+#endif
+}
