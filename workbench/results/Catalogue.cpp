@@ -1,0 +1,168 @@
+#include "workbench/results/Catalogue.h"
+
+#include "host/QMUnitCtrl.h"
+#include "resultfile/FatigueComponents.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace workbench {
+namespace {
+
+/// A run of identifiers that share a quantity: base + suffix.
+struct Quantity {
+    unsigned base;
+    int unitKind;
+    const char* english;
+    const char* korean;
+};
+
+struct Part {
+    unsigned suffix;
+    const char* english;
+    const char* korean;
+};
+
+constexpr Quantity kVectors[] = {
+    {100, UnitKind::Length, "Displacement", "변위"},
+    {104, UnitKind::None, "Rotation", "회전"},
+    {110, UnitKind::Force, "Reaction force", "반력"},
+    {200, UnitKind::Velocity, "Velocity", "속도"},
+    {204, UnitKind::None, "Angular velocity", "각속도"},
+    {300, UnitKind::Acceleration, "Acceleration", "가속도"},
+    {304, UnitKind::None, "Angular acceleration", "각가속도"},
+    {410, UnitKind::FlowRate, "Flow rate", "유량"},
+};
+
+constexpr Part kVectorParts[] = {{1, "X", "X"}, {2, "Y", "Y"}, {3, "Z", "Z"}, {4, "total", "합계"}};
+
+constexpr Part kTensorParts[] = {{1, "XX", "XX"}, {2, "YY", "YY"}, {3, "ZZ", "ZZ"},
+                                 {4, "XY", "XY"}, {5, "YZ", "YZ"}, {6, "ZX", "ZX"}};
+
+/// A family of tensor results. `parts` has a bit for each of xx, yy, zz, xy, yz, zx that the family holds.
+struct Family {
+    unsigned base; ///< identifier of the component before xx
+    const char* english;
+    const char* korean;
+    unsigned parts;
+    unsigned equivalent; ///< what the equivalent adds to base
+};
+
+constexpr unsigned kAllParts = 0b111111, kInPlane = 0b001011, kInPlaneAndNormal = 0b001111;
+
+constexpr Family kFamilies[] = {
+    {312100, "Solid", "솔리드", kAllParts, 14},
+    {412100, "Plate top", "판 상면", kInPlane, 14},
+    {412150, "Plate bottom", "판 하면", kInPlane, 14},
+    {452100, "Membrane", "막", kInPlane, 14},
+    {482100, "Axisymmetric", "축대칭", kInPlaneAndNormal, 14},
+    {422130, "Plane-stress element", "평면응력 요소", kInPlane, 54},
+    {432130, "Plane-strain element", "평면변형률 요소", kInPlaneAndNormal, 54},
+};
+
+/// Stress families end in 2 in their third digit, their strains in 1.
+constexpr unsigned kStressToStrain = 1000;
+
+constexpr Quantity kScalars[] = {
+    {401, UnitKind::Length, "Total head", "전수두"},
+    {402, UnitKind::Length, "Pressure head", "압력수두"},
+    {403, UnitKind::Stress, "Pore pressure", "간극수압"},
+    {501, UnitKind::Temperature, "Temperature", "온도"},
+    {311121, UnitKind::None, "Solid equivalent plastic strain", "솔리드 등가 소성변형률"},
+};
+
+void addFamilies(std::vector<ComponentName>& rows) {
+    for (const Family& family : kFamilies)
+        for (const bool stress : {true, false}) {
+            const unsigned base = stress ? family.base : family.base - kStressToStrain;
+            const int unitKind = stress ? UnitKind::Stress : UnitKind::None;
+            const std::string english = std::string(family.english) + (stress ? " stress " : " strain ");
+            const std::string korean = std::string(family.korean) + (stress ? " 응력 " : " 변형률 ");
+            for (const Part& part : kTensorParts)
+                if (family.parts >> (part.suffix - 1) & 1u)
+                    rows.push_back(
+                        {base + part.suffix, unitKind, english + part.english, korean + part.korean});
+            rows.push_back({base + family.equivalent, unitKind,
+                            english + (stress ? "von Mises" : "equivalent"),
+                            korean + (stress ? "von Mises" : "등가")});
+        }
+}
+
+/// Edition C names the solid and plate tensors by a second set of identifiers.
+struct Alias {
+    unsigned id;
+    unsigned source;
+};
+
+constexpr Alias kAliases[] = {
+    {60010, 312101}, {60011, 312102}, {60012, 312103}, {60013, 312104}, {60014, 312105}, {60015, 312106},
+    {60031, 312114}, {60050, 311101}, {60051, 311102}, {60052, 311103}, {60053, 311104}, {60054, 311105},
+    {60055, 311106}, {60061, 311114}, {7020, 412101},  {7021, 412102},  {7023, 412104},  {7033, 412114},
+    {7420, 412151},  {7421, 412152},  {7423, 412154},  {7433, 412164},  {7065, 411101},  {7066, 411102},
+    {7068, 411104},  {7077, 411114},  {7465, 411151},  {7466, 411152},  {7468, 411154},  {7477, 411164},
+};
+
+void addAliases(std::vector<ComponentName>& rows) {
+    const std::vector<ComponentName> known = rows;
+    for (const Alias& alias : kAliases) {
+        const auto source = std::ranges::find(known, alias.source, &ComponentName::id);
+        rows.push_back({alias.id, source->unitKind, source->english, source->korean});
+    }
+}
+
+void addFatigue(std::vector<ComponentName>& rows) {
+    using namespace resultfile::fatigue;
+    for (unsigned correction = 0; correction < kCorrections.size(); ++correction) {
+        const std::string name = kCorrections[correction];
+        const std::string english = correction == 0 ? " (no correction)" : " (" + name + ")";
+        const std::string korean = correction == 0 ? " (보정 없음)" : " (" + name + ")";
+        rows.push_back(
+            {componentId(kDamage, correction), UnitKind::None, "Damage" + english, "손상도" + korean});
+        rows.push_back({componentId(kLife, correction), UnitKind::None, "Life in blocks" + english,
+                        "수명(블록)" + korean});
+        rows.push_back({componentId(kEquivalentAmplitude, correction), UnitKind::Stress,
+                        "Equivalent amplitude" + english, "등가 진폭" + korean});
+    }
+}
+
+std::vector<ComponentName> makeCatalogue() {
+    std::vector<ComponentName> rows;
+    for (const Quantity& quantity : kVectors)
+        for (const Part& part : kVectorParts)
+            rows.push_back({quantity.base + part.suffix, quantity.unitKind,
+                            std::string(quantity.english) + " " + part.english,
+                            std::string(quantity.korean) + " " + part.korean});
+    for (const Quantity& scalar : kScalars)
+        rows.push_back({scalar.base, scalar.unitKind, scalar.english, scalar.korean});
+    addFamilies(rows);
+    addAliases(rows);
+    addFatigue(rows);
+    std::sort(rows.begin(), rows.end(), [](const auto& a, const auto& b) { return a.id < b.id; });
+    return rows;
+}
+
+} // namespace
+
+std::span<const ComponentName> resultCatalogue() {
+    static const std::vector<ComponentName> rows = makeCatalogue();
+    return rows;
+}
+
+const ComponentName* findComponent(unsigned id) {
+    const auto rows = resultCatalogue();
+    const auto found = std::lower_bound(rows.begin(), rows.end(), id,
+                                        [](const ComponentName& row, unsigned key) { return row.id < key; });
+    return found != rows.end() && found->id == id ? &*found : nullptr;
+}
+
+unsigned sourceOfAlias(unsigned id) {
+    const auto found = std::ranges::find(kAliases, id, &Alias::id);
+    return found != std::end(kAliases) ? found->source : 0;
+}
+
+std::string componentName(unsigned id, Language language) {
+    if (const ComponentName* component = findComponent(id)) return component->text(language);
+    return (language == Language::Korean ? "성분 " : "Component ") + std::to_string(id);
+}
+
+} // namespace workbench
