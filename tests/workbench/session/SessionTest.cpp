@@ -1,0 +1,129 @@
+#include "framework/text/CodePage.h"
+#include "host/QMUnitCtrl.h"
+#include "workbench/session/Messages.h"
+#include "workbench/session/TerminalProgress.h"
+#include "workbench/session/UnitTable.h"
+#include "workbench/session/WorkbenchHost.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <regex>
+#include <set>
+#include <string>
+
+namespace {
+
+using namespace workbench;
+
+TEST(Units, ConvertByDimension) {
+    struct Row {
+        int kind;
+        UnitSystem from, to;
+        double factor;
+    };
+    const Row rows[] = {
+        {UnitKind::Stress, {"N", "mm"}, {"N", "m"}, 1e6},
+        {UnitKind::Stress, {"N", "mm"}, {"kN", "m"}, 1e3},
+        {UnitKind::Stress, {"lbf", "in"}, {"N", "m"}, 6894.757293168361}, // psi, NIST SP 811 table B.9
+        {UnitKind::Force, {"tonf", "m"}, {"kN", "m"}, 9.80665},
+        {UnitKind::Length, {"N", "ft"}, {"N", "mm"}, 304.8},
+        {UnitKind::FlowRate, {"N", "m"}, {"N", "cm"}, 1e6},
+        {UnitKind::None, {"N", "mm"}, {"kN", "m"}, 1},
+        {UnitKind::Temperature, {"N", "mm"}, {"kN", "m"}, 1},
+    };
+    for (const Row& row : rows) {
+        EXPECT_NEAR(unitFactor(row.kind, row.from, row.to) / row.factor, 1, 1e-12)
+            << row.kind << " " << row.to.force;
+        EXPECT_NEAR(unitFactor(row.kind, row.to, row.from) * row.factor, 1, 1e-12);
+        EXPECT_EQ(unitFactor(row.kind, row.from, row.from), 1);
+    }
+    EXPECT_EQ(unitLabel(UnitKind::Stress, {"kN", "m"}), "kN/m²");
+    EXPECT_EQ(unitLabel(UnitKind::None, {"kN", "m"}), "");
+}
+
+TEST(Units, RefusesTextThatIsNoPair) {
+    for (const char* text : {"", "kN", "kN,", ",m", "kN;m", "kn,m", "kN,m,s"})
+        EXPECT_TRUE(parseUnitSystem(text).force.empty()) << text;
+    EXPECT_EQ(parseUnitSystem("kN,m"), (UnitSystem{"kN", "m"}));
+}
+
+TEST(Messages, StandInOrderWithTheSamePlaceholdersInBothLanguages) {
+    const auto table = messageTable();
+    EXPECT_TRUE(std::ranges::is_sorted(table, {}, [](const Message& row) { return std::string(row.key); }));
+    const auto placeholders = [](std::string text) {
+        std::string found;
+        for (std::smatch match; std::regex_search(text, match, std::regex("%[a-z]")); text = match.suffix())
+            found += match.str();
+        return found;
+    };
+    for (const Message& row : table) {
+        EXPECT_EQ(placeholders(row.english), placeholders(row.korean)) << row.key;
+        EXPECT_EQ(messageText(framework::fromUtf8(row.key), Language::Korean),
+                  framework::fromUtf8(row.korean));
+    }
+    EXPECT_EQ(messageText(L"IDS_UNKNOWN", Language::English), L"IDS_UNKNOWN");
+}
+
+TEST(Messages, CoverEveryKeyOfTheModule) {
+    std::set<std::string> missing;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(VEXA_SOURCE_DIR "/module")) {
+        if (entry.path().extension() != ".cpp") continue;
+        std::ifstream file(entry.path());
+        const std::string text{std::istreambuf_iterator<char>(file), {}};
+        const std::regex key("IDS_[A-Z0-9_]+");
+        for (auto it = std::sregex_iterator(text.begin(), text.end(), key); it != std::sregex_iterator();
+             ++it)
+            if (messageText(framework::fromUtf8(it->str()), Language::English) ==
+                framework::fromUtf8(it->str()))
+                missing.insert(it->str());
+    }
+    for (const std::string& key : missing)
+        ADD_FAILURE() << key << " has no text";
+}
+
+TEST(TerminalProgress, PrintsPlainLinesWhenNobodyWatches) {
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::tmpfile(), std::fclose);
+    {
+        TerminalProgress progress(file.get());
+        progress.Start();
+        progress.SetRange(0, 3);
+        for (const wchar_t* text : {L"one", L"one", L"two"}) {
+            progress.SetText(text);
+            progress.StepIt();
+        }
+        progress.End();
+        progress.Close();
+    }
+    std::rewind(file.get());
+    char text[64] = {};
+    EXPECT_EQ(std::fread(text, 1, sizeof text - 1, file.get()), 8u);
+    EXPECT_STREQ(text, "one\ntwo\n");
+}
+
+TEST(WorkbenchHost, AnswersUnitsLanguageEditionAndEnvironment) {
+    SessionOptions options;
+    options.edition = Edition::C;
+    options.language = Language::Korean;
+    options.programFolder = "/opt/a b";
+    WorkbenchHost host(options);
+    EXPECT_TRUE(IsEditionC());
+    EXPECT_FALSE(IsEditionA());
+    EXPECT_EQ(CQMAppBase::GetProgramPath(), L"/opt/a b/");
+    EXPECT_EQ(CMSGFunction::GetValue(L"IDS_QM_LIB_ERROR"), L"오류");
+    ::setenv("VEXA_TEST_VALUE", "yes", 1);
+    EXPECT_EQ(CProduct::GetTestEnvValue(L"VEXA_TEST_VALUE"), L"yes");
+    EXPECT_EQ(CProduct::GetTestEnvValue(L"VEXA_TEST_NONE"), L"");
+
+    EXPECT_EQ(CQMUnitCtrl::GetConvertFactorCurrent(UnitKind::Stress), 1);
+    host.setDatabaseUnits({"N", "mm"});
+    host.setCurrentUnits({"kN", "m"});
+    EXPECT_NEAR(CQMUnitCtrl::GetConvertFactorCurrent(UnitKind::Stress), 1e3, 1e-9);
+    EXPECT_NEAR(CQMUnitCtrl::ConvertCurUnitData2TgtUnit(2, UnitKind::Stress, 0), 2e-3, 1e-15);
+    EXPECT_NEAR(CQMUnitCtrl::ConvertTgtUnitData2CurUnit(2e-3, UnitKind::Stress, 0), 2, 1e-12);
+}
+
+} // namespace

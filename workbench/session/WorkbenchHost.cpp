@@ -1,0 +1,116 @@
+#include "workbench/session/WorkbenchHost.h"
+
+#include "framework/files/PathMap.h"
+#include "framework/text/CodePage.h"
+#include "workbench/session/Document.h"
+#include "workbench/session/Messages.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <system_error>
+
+namespace workbench {
+namespace {
+
+std::filesystem::path ownFolder() {
+    std::error_code error;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    return error ? std::filesystem::current_path(error) : program.parent_path();
+}
+
+ModelDatabase& databaseOf(CQMDocBase& doc) {
+    return static_cast<Document&>(doc).database();
+}
+
+} // namespace
+
+WorkbenchHost::WorkbenchHost(SessionOptions options)
+    : options_(std::move(options))
+    , progress_(stderr)
+    , systems_{{"N", "mm"}}
+    , previous_(RegisterHostServices(this)) {
+    if (options_.programFolder.empty()) options_.programFolder = ownFolder();
+    IQMProgressBar::m_pInstance = &progress_;
+}
+
+WorkbenchHost::~WorkbenchHost() {
+    IQMProgressBar::m_pInstance = nullptr;
+    RegisterHostServices(previous_);
+}
+
+std::wstring WorkbenchHost::GetProgramPath() const {
+    return framework::widePath(options_.programFolder) + L"/";
+}
+
+std::wstring WorkbenchHost::GetTestEnvValue(std::wstring_view name) const {
+    const char* value = std::getenv(framework::toUtf8(name).c_str());
+    return value ? framework::fromUtf8(value) : std::wstring();
+}
+
+std::wstring WorkbenchHost::GetMessageText(std::wstring_view key) const {
+    return messageText(key, options_.language);
+}
+
+void WorkbenchHost::ErrorOut(const std::wstring& text) {
+    errors_.push_back(framework::toUtf8(text));
+    progress_.clearLine();
+    std::fprintf(stderr, "error: %s\n", errors_.back().c_str());
+}
+
+int WorkbenchHost::ShowMessageBox(const std::wstring& text, unsigned style) {
+    errors_.push_back(framework::toUtf8(text));
+    progress_.clearLine();
+    std::fprintf(stderr, "%s\n", errors_.back().c_str());
+    return style == MessageBox::YesNo ? MessageBox::IdYes : MessageBox::IdOk;
+}
+
+double WorkbenchHost::GetUnitFactor(int kind, int index) const {
+    if (index < 0 || static_cast<std::size_t>(index) >= systems_.size()) return 1;
+    return unitFactor(kind, systems_[0], systems_[static_cast<std::size_t>(index)]);
+}
+
+void WorkbenchHost::setDatabaseUnits(const UnitSystem& system) {
+    systems_ = {system};
+    current_ = 0;
+}
+
+void WorkbenchHost::setCurrentUnits(const UnitSystem& system) {
+    systems_.resize(1);
+    current_ = system == systems_[0] ? 0 : 1;
+    if (current_ == 1) systems_.push_back(system);
+}
+
+const T_QM_MESH_D& WorkbenchHost::GetMesh(CQMDocBase& doc) {
+    return databaseOf(doc).mesh();
+}
+
+int WorkbenchHost::BeginTransaction(CQMDocBase& doc, const std::wstring& title) {
+    return databaseOf(doc).beginTransaction(title);
+}
+
+int WorkbenchHost::CommitTransaction(CQMDocBase& doc) {
+    return databaseOf(doc).commitTransaction();
+}
+
+void WorkbenchHost::RollbackTransaction(CQMDocBase& doc) {
+    databaseOf(doc).rollbackTransaction();
+}
+
+int WorkbenchHost::ExecuteCommand(CQMDocBase* doc, const std::wstring& name,
+                                  const std::vector<std::wstring>&) {
+    if (!doc) return 0;
+    auto& document = static_cast<Document&>(*doc);
+    if (name == L"Undo") {
+        const int undone = document.database().undo();
+        document.results().rebuild();
+        return undone;
+    }
+    if (name == L"Save") {
+        const auto saved = document.save();
+        if (!saved) ErrorOut(framework::fromUtf8(saved.error().message));
+        return saved ? 1 : 0;
+    }
+    return 0;
+}
+
+} // namespace workbench

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "host/HostServices.h"
+#include "workbench/results/Catalogue.h"
+#include "workbench/session/TerminalProgress.h"
+#include "workbench/session/UnitTable.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace workbench {
+
+/// What a user chose for a session.
+struct SessionOptions {
+    Edition edition = Edition::A;
+    Language language = Language::English;
+    std::filesystem::path programFolder; ///< where "64bit Solver" lies; the program's own folder by default
+};
+
+/// The workbench as the host of the module, in a terminal: errors and message boxes go to the standard error
+/// output, message boxes take their default answer, test-environment values are environment variables.
+/// Registered as the host of this process while it lives.
+class WorkbenchHost final : public IHostServices {
+  public:
+    explicit WorkbenchHost(SessionOptions options);
+    ~WorkbenchHost() override;
+    WorkbenchHost(const WorkbenchHost&) = delete;
+    WorkbenchHost& operator=(const WorkbenchHost&) = delete;
+
+    Edition GetEdition() const override { return options_.edition; }
+    std::wstring GetProgramPath() const override;
+    std::wstring GetTestEnvValue(std::wstring_view name) const override;
+    std::wstring GetMessageText(std::wstring_view key) const override;
+    void ErrorOut(const std::wstring& text) override;
+    int ShowMessageBox(const std::wstring& text, unsigned style) override;
+    void SetWaitCursor(bool) override {}
+    int GetUnitIndexCurrent() const override { return current_; }
+    int GetUnitIndexDefault() const override { return 0; }
+    double GetUnitFactor(int kind, int index) const override;
+    const T_QM_MESH_D& GetMesh(CQMDocBase& doc) override;
+    int BeginTransaction(CQMDocBase& doc, const std::wstring& title) override;
+    int CommitTransaction(CQMDocBase& doc) override;
+    void RollbackTransaction(CQMDocBase& doc) override;
+    /// Knows "Save" and "Undo".
+    int ExecuteCommand(CQMDocBase* doc, const std::wstring& name,
+                       const std::vector<std::wstring>& params) override;
+
+    Language language() const { return options_.language; }
+    TerminalProgress& progress() { return progress_; }
+
+    /// The unit system of the open document's numbers, which becomes the current one too.
+    void setDatabaseUnits(const UnitSystem& system);
+    /// The unit system for display.
+    void setCurrentUnits(const UnitSystem& system);
+    const UnitSystem& databaseUnits() const { return systems_[0]; }
+    const UnitSystem& currentUnits() const { return systems_[static_cast<std::size_t>(current_)]; }
+
+    /// Errors reported so far, in order, as UTF-8.
+    const std::vector<std::string>& errors() const { return errors_; }
+
+  private:
+    SessionOptions options_;
+    TerminalProgress progress_;
+    std::vector<UnitSystem> systems_;
+    int current_ = 0;
+    std::vector<std::string> errors_;
+    IHostServices* previous_;
+};
+
+} // namespace workbench
