@@ -34,6 +34,9 @@ constexpr Message kMessages[] = {
     {"IDS_VEXAGPS_FATIGUE_READ_RESULT", "Reading results", "결과 읽기"},
     {"IDS_VEXAGPS_FATIGUE_SOLVE_KPR", "Running the fatigue solver (KPR)", "피로 솔버 실행 (KPR)"},
     {"IDS_VEXAGPS_FATIGUE_SOLVE_WKM", "Running the fatigue solver (WKM)", "피로 솔버 실행 (WKM)"},
+    {"IDS_VEXAGPS_FATIGUE_TEXT_REPLACED",
+     "\"%s\" has characters that the code page of the solver's input file lacks; they are written as \"?\".",
+     "\"%s\"에 솔버 입력 파일의 코드 페이지에 없는 문자가 있어 \"?\"로 기록합니다."},
     {"IDS_VEXAGPS_FATIGUE_WRITE_SOLVER_FILE", "Writing the solver's input file", "솔버 입력 파일 작성"},
     {"IDS_VEXA_LBC_2D_PLOTONLY", "2D plot-only", "2D 출력 전용"},
 };

@@ -61,7 +61,9 @@ class ResultTreeTest : public testing::Test {
         EXPECT_TRUE(writer);
         const std::vector<std::int32_t> elements{1, 2};
         EXPECT_TRUE(writer->setMesh({nodes, elements, cornerCounts}));
-        if (!checksum.empty()) EXPECT_TRUE(writer->setInputChecksum(checksum));
+        if (!checksum.empty()) {
+            EXPECT_TRUE(writer->setInputChecksum(checksum));
+        }
         EXPECT_TRUE(writer->addItems("second", resultfile::Location::Node, std::vector<std::uint32_t>{1}));
         EXPECT_TRUE(writer->beginCase("Load"));
         EXPECT_TRUE(writer->beginStep("End", 1));
@@ -197,8 +199,9 @@ TEST_F(ResultTreeTest, RegistersOnlyTheResultOfThisRun) {
         const bool accepted = files.AddFile(framework::widePath(row.path), row.analysis, 1) != 0;
         EXPECT_EQ(accepted, row.refusal == nullptr) << row.name;
         ASSERT_EQ(host_.errors().size(), errorsBefore + (row.refusal ? 1 : 0)) << row.name;
-        if (row.refusal)
+        if (row.refusal) {
             EXPECT_NE(host_.errors().back().find(row.refusal), std::string::npos) << host_.errors().back();
+        }
         ASSERT_EQ(database_.resultFiles().size(), 1u) << row.name;
         EXPECT_EQ(database_.resultFiles()[0].path, "right.lmop") << row.name;
     }

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "workbench/session/Document.h"
+#include "workbench/session/WorkbenchHost.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace workbench {
+
+/// How the run of one fatigue definition ended.
+struct FatigueRunReport {
+    std::string definition;
+    std::string resultAnalysis;
+    bool succeeded = false;
+    /// When it failed after the solver was started: the program and how it ended, as a sentence.
+    std::string solverEnd;
+};
+
+/// Runs fatigue definitions through the module, one after another, in the document's own unit system; the
+/// unit system for display is put back afterwards. Results are registered with the document, which is not
+/// saved here.
+std::vector<FatigueRunReport> runFatigue(WorkbenchHost& host, Document& document,
+                                         const std::vector<ItrKey>& definitions);
+
+/// The keys of the definitions with these names, in that order; all of the document without names.
+Result<std::vector<ItrKey>> findFatigueDefinitions(Document& document, const std::vector<std::string>& names);
+
+} // namespace workbench
