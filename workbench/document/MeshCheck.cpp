@@ -61,27 +61,34 @@ std::string elementName(const MeshData& mesh, std::size_t element) {
     return "element " + std::to_string(mesh.elementNumbers[element]);
 }
 
-Result<void> checkElements(const MeshData& mesh) {
-    const auto nodes = static_cast<std::uint32_t>(mesh.nodeNumbers.size());
+Result<void> checkElementShapes(const MeshData& mesh) {
     for (std::size_t e = 0; e < mesh.elementNumbers.size(); ++e) {
-        const std::uint32_t begin = mesh.elementNodeOffsets[e];
-        const std::uint32_t end = mesh.elementNodeOffsets[e + 1];
-        const int wanted = elementNodeCount(mesh.elementTypes[e]);
-        if (wanted == 0)
-            return Error{elementName(mesh, e) + " has the unknown type " +
-                         std::to_string(mesh.elementTypes[e])};
-        if (end < begin || end > mesh.elementNodes.size() ||
-            end - begin != static_cast<std::uint32_t>(wanted))
-            return Error{elementName(mesh, e) + " of type " + std::to_string(mesh.elementTypes[e]) +
-                         " does not have its " + std::to_string(wanted) + " nodes"};
-        std::uint32_t largest = 0;
-        for (std::uint32_t i = begin; i < end; ++i)
-            largest = std::max(largest, mesh.elementNodes[i]);
-        if (largest >= nodes)
-            return Error{elementName(mesh, e) + " refers to node index " + std::to_string(largest) +
-                         ", but the mesh has " + std::to_string(nodes) + " nodes"};
+        const std::uint8_t type = mesh.elementTypes[e];
+        const auto wanted = static_cast<std::uint32_t>(elementNodeCount(type));
+        if (wanted == 0) return Error{elementName(mesh, e) + " has the unknown type " + std::to_string(type)};
+        // Taken modulo 2^32, which no type's count reaches: descending offsets fail too.
+        if (mesh.elementNodeOffsets[e + 1] - mesh.elementNodeOffsets[e] != wanted)
+            return Error{elementName(mesh, e) + " of type " + std::to_string(type) + " does not have its " +
+                         std::to_string(wanted) + " nodes"};
     }
     return {};
+}
+
+/// After checkElementShapes.
+Result<void> checkElementNodes(const MeshData& mesh) {
+    const std::size_t nodes = mesh.nodeNumbers.size();
+    std::uint32_t largest = 0;
+    for (const std::uint32_t node : mesh.elementNodes)
+        largest = std::max(largest, node);
+    if (largest < nodes || mesh.elementNodes.empty()) return {};
+    const auto at = std::find_if(mesh.elementNodes.begin(), mesh.elementNodes.end(),
+                                 [nodes](std::uint32_t node) { return node >= nodes; });
+    const auto position = static_cast<std::uint32_t>(at - mesh.elementNodes.begin());
+    const auto next =
+        std::upper_bound(mesh.elementNodeOffsets.begin(), mesh.elementNodeOffsets.end(), position);
+    const auto element = static_cast<std::size_t>(next - mesh.elementNodeOffsets.begin()) - 1;
+    return Error{elementName(mesh, element) + " refers to node index " + std::to_string(*at) +
+                 ", but the mesh has " + count(nodes) + " nodes"};
 }
 
 Result<void> checkProperties(const MeshData& mesh, const std::function<bool(ItrKey)>& isProperty) {
@@ -104,7 +111,8 @@ Result<void> checkMesh(const MeshData& mesh, const std::function<bool(ItrKey)>& 
     if (auto checked = checkNumbers(mesh.nodeNumbers, "node"); !checked) return checked;
     if (auto checked = checkPositions(mesh); !checked) return checked;
     if (auto checked = checkNumbers(mesh.elementNumbers, "element"); !checked) return checked;
-    if (auto checked = checkElements(mesh); !checked) return checked;
+    if (auto checked = checkElementShapes(mesh); !checked) return checked;
+    if (auto checked = checkElementNodes(mesh); !checked) return checked;
     return checkProperties(mesh, isProperty);
 }
 
