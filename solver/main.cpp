@@ -1,1 +1,12 @@
-int main() { return 1; }
+#include "solver/Program.h"
+
+#include <cstdlib>
+#include <iostream>
+#include <string>
+#include <vector>
+
+int main(int count, char** values) {
+    const std::vector<std::string> arguments(values + (count > 0 ? 1 : 0), values + count);
+    const char* codePage = std::getenv("VEXA_CODE_PAGE");
+    return solver::run(arguments, codePage ? codePage : "", std::cout, std::cerr);
+}

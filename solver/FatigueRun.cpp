@@ -1,0 +1,116 @@
+#include "solver/FatigueRun.h"
+
+#include "base/Checksum.h"
+#include "solver/BatchPipeline.h"
+#include "solver/ByteSource.h"
+#include "solver/InterfaceReader.h"
+#include "solver/ResultColumns.h"
+#include "solver/TextEncoding.h"
+
+#include <charconv>
+#include <span>
+#include <utility>
+#include <vector>
+
+namespace solver {
+namespace {
+
+std::string shortNumber(double value) {
+    char text[32];
+    return {text, std::to_chars(text, text + sizeof text, value, std::chars_format::general, 6).ptr};
+}
+
+std::string describe(const Definition& definition, const EvaluationPlan& plan) {
+    const bool cases = isCaseBased(definition.type);
+    const auto count = std::to_string(definition.loadsPerNode());
+    return "Stress-life over " + count + (cases ? " load entries" : " steps") + ", " + plan.measure->name +
+           ", blocks: " + std::to_string(definition.loadCycleCount) + ".";
+}
+
+/// The most damaged node of each correction; the first of several.
+class WorstNodes {
+  public:
+    explicit WorstNodes(const EvaluationPlan& plan)
+        : plan_(plan)
+        , worst_(plan.corrections.size()) {}
+
+    void add(std::int32_t node, std::span<const Outcome> outcomes) {
+        for (std::size_t i = 0; i < outcomes.size(); ++i)
+            if (!any_ || outcomes[i].damage > worst_[i].outcome.damage) worst_[i] = {node, outcomes[i]};
+        any_ = any_ || !outcomes.empty();
+    }
+
+    void report(std::ostream& out) const {
+        for (std::size_t i = 0; i < worst_.size(); ++i) {
+            const auto& [node, outcome] = worst_[i];
+            out << meanStressCorrections()[plan_.corrections[i]].name << ": ";
+            if (outcome.damage > 0)
+                out << "largest damage " << shortNumber(outcome.damage) << " at node " << node << ", life "
+                    << shortNumber(outcome.life) << " blocks.\n";
+            else
+                out << "no node is damaged.\n";
+        }
+    }
+
+  private:
+    struct Worst {
+        std::int32_t node = 0;
+        Outcome outcome;
+    };
+    const EvaluationPlan& plan_;
+    std::vector<Worst> worst_;
+    bool any_ = false;
+};
+
+RunFailure badInput(Error error) {
+    return {kBadInput, std::move(error)};
+}
+RunFailure cannotWrite(Error error) {
+    return {kCannotWrite, std::move(error)};
+}
+
+Error inFile(const std::filesystem::path& file, const Error& error) {
+    return {file.string() + ": " + error.message};
+}
+
+} // namespace
+
+std::optional<RunFailure> runFatigue(const RunSettings& settings, std::ostream& out) {
+    const auto& file = settings.interfaceFile;
+    auto source = openFile(file);
+    if (!source) return badInput(source.error());
+    InterfaceReader reader(**source);
+    const auto definition = reader.readDefinition();
+    if (!definition) return badInput(definition.error());
+    const auto stem = toUtf8(definition->resultFileStem, settings.codePage);
+    if (!stem) return badInput(inFile(file, stem.error()));
+    std::vector<std::string> notes;
+    const auto plan = makePlan(*definition, notes);
+    if (!plan) return badInput(inFile(file, plan.error()));
+
+    const std::filesystem::path resultFile = *stem + "_Fatigue.lmop";
+    auto columns = ResultColumns::create(resultFile, *definition, *plan);
+    if (!columns) return cannotWrite(columns.error());
+    WorstNodes worst(*plan);
+    const auto keep = [&](std::int32_t node, std::span<const Outcome> outcomes) {
+        worst.add(node, outcomes);
+        return columns->append(node, outcomes);
+    };
+    if (auto failure = evaluateNodes(reader, *definition, *plan, settings.threads, keep))
+        return failure->ofSink ? cannotWrite(failure->error) : badInput(failure->error);
+    if (columns->nodesWithResults() == 0)
+        return badInput(inFile(file, {"no node has a material; nothing can be evaluated"}));
+    const auto written = columns->write(checksumText(reader.checksum()), "FatigueSolver " VEXA_VERSION);
+    if (!written) return cannotWrite(written.error());
+
+    out << describe(*definition, *plan) << '\n';
+    for (const std::string& note : notes)
+        out << note << '\n';
+    if (const std::size_t without = columns->nodes() - columns->nodesWithResults())
+        out << "Nodes without a material, left out: " << without << ".\n";
+    worst.report(out);
+    out << "Nodes: " << columns->nodesWithResults() << ". Result: " << resultFile.string() << '\n';
+    return std::nullopt;
+}
+
+} // namespace solver

@@ -1,0 +1,104 @@
+#include "solver/ResultColumns.h"
+
+#include "resultfile/FatigueComponents.h"
+#include "resultfile/ResultFile.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <utility>
+
+namespace solver {
+namespace {
+
+struct Output {
+    unsigned baseId;
+    double Outcome::*value;
+};
+
+/// In the order of the output flags, which is that of the identifiers.
+constexpr std::array<Output, 3> kOutputs{{
+    {resultfile::fatigue::kDamage, &Outcome::damage},
+    {resultfile::fatigue::kLife, &Outcome::life},
+    {resultfile::fatigue::kEquivalentAmplitude, &Outcome::equivalentAmplitude},
+}};
+
+constexpr const char* kItems = "fatigue nodes";
+
+float narrow(double value) {
+    constexpr double kLargest = std::numeric_limits<float>::max();
+    return static_cast<float>(std::min(value, kLargest));
+}
+
+} // namespace
+
+ResultColumns::ResultColumns(std::filesystem::path resultFile, double blocks,
+                             SpooledColumn<std::int32_t> numbers, SpooledColumn<std::uint32_t> positions)
+    : resultFile_(std::move(resultFile))
+    , blocks_(blocks)
+    , numbers_(std::move(numbers))
+    , positions_(std::move(positions)) {}
+
+Result<ResultColumns> ResultColumns::create(const std::filesystem::path& resultFile,
+                                            const Definition& definition, const EvaluationPlan& plan) {
+    const std::filesystem::path folder = resultFile.has_parent_path() ? resultFile.parent_path() : ".";
+    auto numbers = Spool::create(folder);
+    if (!numbers) return numbers.error();
+    auto positions = Spool::create(folder);
+    if (!positions) return positions.error();
+    ResultColumns result(resultFile, plan.blocks, SpooledColumn<std::int32_t>(std::move(*numbers)),
+                         SpooledColumn<std::uint32_t>(std::move(*positions)));
+    for (std::size_t output = 0; output < kOutputs.size(); ++output) {
+        if (!definition.outputs[output]) continue;
+        for (std::size_t i = 0; i < plan.corrections.size(); ++i) {
+            auto spool = Spool::create(folder);
+            if (!spool) return spool.error();
+            const unsigned id =
+                resultfile::fatigue::componentId(kOutputs[output].baseId, plan.corrections[i]);
+            result.columns_.push_back(
+                {id, i, kOutputs[output].value, SpooledColumn<float>(std::move(*spool))});
+        }
+    }
+    return result;
+}
+
+Result<void> ResultColumns::append(std::int32_t node, std::span<const Outcome> outcomes) {
+    const auto position = static_cast<std::uint32_t>(nodes_++);
+    if (auto put = numbers_.append(std::span(&node, 1)); !put) return put;
+    if (outcomes.empty()) return {};
+    ++nodesWithResults_;
+    if (auto put = positions_.append(std::span(&position, 1)); !put) return put;
+    for (Column& column : columns_) {
+        const float value = narrow(outcomes[column.correction].*column.value);
+        if (auto put = column.values.append(std::span(&value, 1)); !put) return put;
+    }
+    return {};
+}
+
+Result<void> ResultColumns::write(const std::string& inputChecksum, const std::string& producer) {
+    using resultfile::Location;
+    auto writer = resultfile::Writer::create(resultFile_, resultFile_.stem().string(), producer);
+    if (!writer) return writer.error();
+    const auto numbers = numbers_.view();
+    if (!numbers) return numbers.error();
+    if (auto done = writer->setMesh({*numbers, {}, {}}); !done) return done;
+    if (auto done = writer->setInputChecksum(inputChecksum); !done) return done;
+    std::string items;
+    if (nodesWithResults_ < nodes_) {
+        const auto positions = positions_.view();
+        if (!positions) return positions.error();
+        items = kItems;
+        if (auto done = writer->addItems(items, Location::Node, *positions); !done) return done;
+    }
+    const std::string step = "Blocks " + std::to_string(static_cast<long long>(blocks_));
+    if (auto done = writer->beginCase("Fatigue"); !done) return done;
+    if (auto done = writer->beginStep(step, blocks_); !done) return done;
+    for (Column& column : columns_) {
+        const auto values = column.values.view();
+        if (!values) return values.error();
+        if (auto done = writer->writeTable(column.id, Location::Node, *values, items); !done) return done;
+    }
+    return writer->commit();
+}
+
+} // namespace solver
