@@ -49,7 +49,7 @@ int CGpsFatigueSolver::MakeFileNames() {
 int CGpsFatigueSolver::WriteSolverInterface() {
     if (!MakeFileNames()) return 0;
     CFile file;
-    CFileException cause(CFileException::none, 0, m_interfaceFilePath);
+    CFileException cause;
     if (!file.Open(m_interfaceFilePath, CFile::modeCreate | CFile::modeReadWrite | CFile::typeBinary,
                    &cause)) {
         qmMsgOutError(cause.GetErrorMessage());

@@ -1,7 +1,7 @@
 #include "module/fatigue/TextMirror.h"
 
-#include "framework/files/FileException.h"
 #include "framework/files/PathMap.h"
+#include "framework/system/SystemError.h"
 
 #include <cerrno>
 #include <locale>
@@ -14,7 +14,7 @@ void TextMirror::open(const std::wstring& path) {
     stream_.imbue(std::locale::classic());
     errno = 0;
     stream_.open(framework::nativePath(path), std::ios::out | std::ios::trunc);
-    if (!stream_) fail();
+    if (!stream_) fail(CFileException::open);
 }
 
 void TextMirror::close() {
@@ -22,7 +22,7 @@ void TextMirror::close() {
     errno = 0;
     const bool written = static_cast<bool>(stream_.flush());
     stream_.close();
-    if (!written || !stream_) fail();
+    if (!written || !stream_) fail(CFileException::write);
 }
 
 void TextMirror::abandon() noexcept {
@@ -30,11 +30,10 @@ void TextMirror::abandon() noexcept {
     if (stream_.is_open()) stream_.close();
 }
 
-void TextMirror::fail() {
+void TextMirror::fail(CFileException::Operation operation) {
     const int cause = errno;
     stream_ = std::ofstream();
-    throw CFileException(cause == ENOSPC ? CFileException::diskFull : CFileException::genericException, cause,
-                         path_);
+    throw CFileException(framework::fileCause(cause), cause, path_, operation);
 }
 
 } // namespace fatigue

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "framework/files/FileException.h"
+
 #include <fstream>
 #include <string>
 
@@ -18,7 +20,7 @@ class TextMirror {
     void abandon() noexcept;
 
   private:
-    [[noreturn]] void fail();
+    [[noreturn]] void fail(CFileException::Operation operation);
 
     std::wstring path_;
     std::ofstream stream_;

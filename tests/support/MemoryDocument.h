@@ -1,0 +1,75 @@
+#pragma once
+
+#include "host/QMDocBase.h"
+#include "tests/support/MemoryMesh.h"
+#include "tests/support/MemoryResults.h"
+
+namespace support {
+
+/// Notes what is registered and accepts it or not.
+class MemoryFileManager : public CPostFileManager {
+  public:
+    struct Added {
+        std::wstring path;
+        ItrKey analysisKey;
+        int flag;
+    };
+    int AddFile(const std::wstring& path, ItrKey analysisKey, int flag) override {
+        added.push_back({path, analysisKey, flag});
+        return accepts;
+    }
+    std::vector<Added> added;
+    int accepts = 1;
+};
+
+/// A document whose pools, mesh and results a test fills as it likes.
+class MemoryDocument : public CQMDocBase, private CQMDBSession {
+  public:
+    std::wstring path;
+    MemoryMesh mesh;
+    MemoryPool<DPoolFatg> fatigues;
+    MemoryPool<DPoolVXMcas> analyses;
+    MemoryPool<DPoolMatl> materials;
+    MemoryPropPool properties;
+    MemoryPool<DPoolSNFun> curves;
+    MemoryPool<DPoolFLFun> functions;
+    MemoryPool<DPoolNode> nodes;
+    MemoryElemPool elements{mesh};
+    MemoryResultTree results;
+    MemoryFileManager files;
+    std::vector<int> postModes; ///< arguments of SetPostMode
+
+    CQMViewBase* GetActiveView() const override { return nullptr; }
+    std::wstring GetFullPathNameW() const override { return path; }
+    CQMDBSession& GetDBSession() override { return *this; }
+    CPOHManager* GetPOHManager() override { return &results; }
+    CPostFileManager* GetPostFileManager() override { return &files; }
+    void SetPostMode(int redraw) override { postModes.push_back(redraw); }
+    void SetPreMode(int) override {}
+    const std::vector<ItrKey>& GetCurSelectBufferAsNode() const override { return pickedNodes_; }
+    const std::vector<ItrKey>& GetCurSelectBufferAsElem() const override { return pickedElements_; }
+    void AddToSelBuffer(const std::vector<ItrKey>& nodeKeys,
+                        const std::vector<ItrKey>& elementKeys) override {
+        pickedNodes_.insert(pickedNodes_.end(), nodeKeys.begin(), nodeKeys.end());
+        pickedElements_.insert(pickedElements_.end(), elementKeys.begin(), elementKeys.end());
+    }
+    void ClearSelectBuffer(int) override {
+        pickedNodes_.clear();
+        pickedElements_.clear();
+    }
+
+  private:
+    IDPool* GetDataPool(PoolId id) override {
+        IDPool* const pools[] = {&fatigues, &analyses,  &materials, &properties,
+                                 &curves,   &functions, &nodes,     &elements};
+        for (IDPool* pool : pools)
+            if (pool->Id() == id) return pool;
+        return nullptr;
+    }
+    void ClearUndo() override {}
+
+    std::vector<ItrKey> pickedNodes_;
+    std::vector<ItrKey> pickedElements_;
+};
+
+} // namespace support
