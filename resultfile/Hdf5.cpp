@@ -103,16 +103,6 @@ std::string failureCause() {
     return cause.innermost.empty() ? "HDF5 gives no cause" : cause.innermost;
 }
 
-Handle fileAccess() {
-    Handle access(H5Pcreate(H5P_FILE_ACCESS));
-    // The format of HDF5 1.8 is the first whose structure carries checksums throughout.
-    H5Pset_libver_bounds(access.get(), H5F_LIBVER_V18, H5F_LIBVER_V18);
-    // A file is complete before it gets its name and is replaced, never changed: there is nothing to lock,
-    // and file systems without locks stay readable.
-    H5Pset_file_locking(access.get(), false, true);
-    return access;
-}
-
 Handle groupCreation() {
     Handle creation(H5Pcreate(H5P_GROUP_CREATE));
     H5Pset_obj_track_times(creation.get(), false);
@@ -243,14 +233,6 @@ bool transferIn(hid_t dataset, hid_t memory, std::uint64_t first, std::uint64_t 
     if (count == 0) return true;
     const Run run = selectRun(dataset, first, count);
     return run.valid && H5Dread(dataset, memory, run.memory.get(), run.file.get(), H5P_DEFAULT, values) >= 0;
-}
-
-Handle openMember(hid_t group, const char* name, H5I_type_t type) {
-    H5L_info_t link{};
-    if (H5Lget_info(group, name, &link, H5P_DEFAULT) < 0 || link.type != H5L_TYPE_HARD) return {};
-    Handle member(H5Oopen(group, name, H5P_DEFAULT));
-    if (!member || H5Iget_type(member.get()) != type) return {};
-    return member;
 }
 
 std::optional<std::uint64_t> memberCount(hid_t group) {

@@ -60,8 +60,6 @@ class Handle {
 /// says.
 std::string failureCause();
 
-/// File access as the result file uses it: newest common format with checksums on all structure, no locks.
-Handle fileAccess();
 /// Creation of groups and of contiguous, unfilled datasets without time stamps.
 Handle groupCreation();
 Handle datasetCreation();
@@ -95,10 +93,6 @@ std::optional<Extent> contiguousExtent(hid_t dataset, hid_t type, std::uint64_t 
 /// Writes or reads `count` numbers from position `first` on.
 bool transferOut(hid_t dataset, hid_t memory, std::uint64_t first, std::uint64_t count, const void* values);
 bool transferIn(hid_t dataset, hid_t memory, std::uint64_t first, std::uint64_t count, void* values);
-
-/// Opens a member that is linked directly (no soft or external link) and is of `type`; an empty handle
-/// otherwise.
-Handle openMember(hid_t group, const char* name, H5I_type_t type);
 
 /// Number of links of a group; nothing on failure.
 std::optional<std::uint64_t> memberCount(hid_t group);

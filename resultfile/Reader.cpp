@@ -1,7 +1,9 @@
 #include "base/Checksum.h"
 #include "base/ReplaceFile.h"
+#include "resultfile/FileDriver.h"
 #include "resultfile/Hdf5.h"
 #include "resultfile/Layout.h"
+#include "resultfile/ObjectHeader.h"
 #include "resultfile/ResultFile.h"
 #include "resultfile/Superblock.h"
 #include "resultfile/Text.h"
@@ -9,7 +11,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <numeric>
 #include <optional>
 #include <set>
 
@@ -19,8 +20,8 @@ using namespace hdf5;
 
 namespace {
 
-/// Values that are read and checksummed at once: 256 KiB, which the second-level cache holds.
-constexpr std::uint64_t kBlock = 64 * 1024;
+/// Values that are read and checksummed at once, few enough to stay in the cache between the two.
+constexpr std::uint64_t kBlock = 1024 * 1024;
 
 /// Fewest bytes that a group or dataset takes in the file. A file that seems to hold more of them than fit
 /// links the same ones again and again.
@@ -58,21 +59,33 @@ herr_t keepName(hid_t, const char* name, const H5L_info_t*, void* names) {
 struct Reader::State {
     explicit State(std::filesystem::path opened)
         : path(std::move(opened)) {}
+    ~State() {
+        dataset.reset();
+        file.reset();
+        source->close();
+    }
 
     Error unusable(const std::string& reason) const;
+    std::string cause() const;
+    Handle openMember(hid_t group, const char* name, H5I_type_t type) const;
     Result<Handle> member(hid_t group, const std::string& name, H5I_type_t type, const std::string& subject);
     Result<std::uint64_t> members(hid_t group, const std::string& subject) const;
     template <class T>
     Result<std::uint64_t> extent(hid_t dataset, const std::string& subject);
+    template <class T, class Room, class Use>
+    Result<void> readBlocks(hid_t dataset, std::uint64_t count, const std::string& subject, Room room,
+                            Use use) const;
     template <class T>
     Result<std::vector<T>> wholeDataset(hid_t dataset, std::uint64_t count, const std::string& subject) const;
-    template <class T>
-    Result<std::vector<T>> meshNumbers(const char* name, std::uint64_t count) const;
+    Result<Handle> meshDataset(const char* name) const;
+    Result<std::vector<std::int32_t>> meshNumbers(const char* name, std::uint64_t count) const;
 
     Result<void> open();
     Result<void> readTexts();
     Result<void> readMesh();
+    Result<void> countCorners();
     Result<void> readItemLists();
+    Result<ItemList> readItemList(hid_t list, const std::string& subject, std::vector<std::int32_t>& corners);
     Result<void> readCases();
     Result<Case> readCase(hid_t group, const std::string& subject);
     Result<Step> readStep(hid_t group, const std::string& subject);
@@ -84,10 +97,10 @@ struct Reader::State {
         std::string subject;
     };
     Result<Found> find(std::size_t caseIndex, std::size_t stepIndex, unsigned id);
-    Result<void> verify(hid_t dataset, std::uint64_t found, const std::string& subject) const;
 
     std::filesystem::path path;
     std::uint64_t size = 0; ///< of the file, bytes
+    std::shared_ptr<OpenFile> source = std::make_shared<OpenFile>();
     Handle file;
     Contents contents;
     std::vector<ItemList> items;
@@ -104,6 +117,21 @@ Error Reader::State::unusable(const std::string& reason) const {
     return Error{"cannot read " + path.string() + ": " + reason};
 }
 
+/// Of a call of HDF5 that failed.
+std::string Reader::State::cause() const {
+    return source->fault() ? systemErrorText(source->fault()) : failureCause();
+}
+
+/// Opens a member that is linked directly (no soft or external link) and is of `type`; else an empty handle.
+Handle Reader::State::openMember(hid_t group, const char* name, H5I_type_t type) const {
+    H5L_info_t link{};
+    if (H5Lget_info(group, name, &link, H5P_DEFAULT) < 0 || link.type != H5L_TYPE_HARD) return {};
+    if (!headerIntact(*source, size, link.u.address)) return {};
+    Handle opened(H5Oopen(group, name, H5P_DEFAULT));
+    if (!opened || H5Iget_type(opened.get()) != type) return {};
+    return opened;
+}
+
 Result<Handle> Reader::State::member(hid_t group, const std::string& name, H5I_type_t type,
                                      const std::string& subject) {
     if (++objectsSeen > size / kSmallestObject)
@@ -115,7 +143,7 @@ Result<Handle> Reader::State::member(hid_t group, const std::string& name, H5I_t
 
 Result<std::uint64_t> Reader::State::members(hid_t group, const std::string& subject) const {
     const auto count = memberCount(group);
-    if (!count) return unusable(subject + " cannot be listed: " + failureCause());
+    if (!count) return unusable(subject + " cannot be listed: " + cause());
     if (*count > size / kSmallestObject) return unusable("it holds more objects than fit into its size");
     return *count;
 }
@@ -130,46 +158,60 @@ Result<std::uint64_t> Reader::State::extent(hid_t opened, const std::string& sub
     return found->count;
 }
 
-Result<void> Reader::State::verify(hid_t opened, std::uint64_t found, const std::string& subject) const {
+/// Reads a dataset whole and checks it. room(first, size) says where a block goes, use(block) sees it
+/// afterwards.
+template <class T, class Room, class Use>
+Result<void> Reader::State::readBlocks(hid_t opened, std::uint64_t count, const std::string& subject,
+                                       Room room, Use use) const {
+    Checksum checksum;
+    for (std::uint64_t first = 0; first < count; first += kBlock) {
+        const std::uint64_t piece = std::min(kBlock, count - first);
+        const std::span<T> block(room(first, piece), piece);
+        if (!transferIn(opened, memoryType<T>(), first, piece, block.data()))
+            return unusable(subject + ": " + cause());
+        checksum.add(std::as_bytes(block));
+        use(block);
+    }
     const auto stored = readNumber<std::uint64_t>(opened, layout::kChecksum);
     if (!stored) return unusable(subject + " has no checksum");
-    if (*stored != found) return unusable(subject + " is damaged: its checksum differs");
+    if (*stored != checksum.value()) return unusable(subject + " is damaged: its checksum differs");
     return {};
 }
 
-/// Read and checked. `count` has been checked against the file's size.
+/// `count` has been checked against the file's size.
 template <class T>
 Result<std::vector<T>> Reader::State::wholeDataset(hid_t opened, std::uint64_t count,
                                                    const std::string& subject) const {
     std::vector<T> numbers;
     numbers.reserve(count);
-    Checksum checksum;
-    for (std::uint64_t first = 0; first < count; first += kBlock) {
-        const std::uint64_t piece = std::min(kBlock, count - first);
+    const auto grow = [&](std::uint64_t first, std::uint64_t piece) {
         numbers.resize(first + piece);
-        if (!transferIn(opened, memoryType<T>(), first, piece, numbers.data() + first))
-            return unusable(subject + ": " + failureCause());
-        checksum.add(std::as_bytes(std::span(numbers).subspan(first)));
-    }
-    if (auto verified = verify(opened, checksum.value(), subject); !verified) return verified.error();
+        return numbers.data() + first;
+    };
+    const auto read = readBlocks<T>(opened, count, subject, grow, [](std::span<const T>) {});
+    if (!read) return read.error();
     return numbers;
 }
 
-template <class T>
-Result<std::vector<T>> Reader::State::meshNumbers(const char* name, std::uint64_t count) const {
+Result<Handle> Reader::State::meshDataset(const char* name) const {
     const Handle group = openMember(file.get(), layout::kMesh, H5I_GROUP);
-    const Handle numbers = group ? openMember(group.get(), name, H5I_DATASET) : Handle();
-    if (!numbers) return unusable(std::string("dataset ") + name + ": " + failureCause());
-    return wholeDataset<T>(numbers.get(), count, std::string("dataset ") + name);
+    Handle numbers = group ? openMember(group.get(), name, H5I_DATASET) : Handle();
+    if (!numbers) return unusable(std::string("dataset ") + name + ": " + cause());
+    return numbers;
+}
+
+Result<std::vector<std::int32_t>> Reader::State::meshNumbers(const char* name, std::uint64_t count) const {
+    const auto numbers = meshDataset(name);
+    if (!numbers) return numbers.error();
+    return wholeDataset<std::int32_t>(numbers->get(), count, std::string("dataset ") + name);
 }
 
 Result<void> Reader::State::open() {
-    const auto superblock = checkSuperblock(path);
-    if (!superblock) return superblock.error();
-    size = superblock->fileSize;
-    const Handle access = fileAccess();
-    file = Handle(H5Fopen(path.c_str(), H5F_ACC_RDONLY, access.get()));
-    if (!file) return unusable(failureCause());
+    if (!source->openToRead(path)) return unusable(systemErrorText(source->fault()));
+    if (const auto fault = superblockFault(*source); !fault.empty()) return unusable(fault);
+    size = source->size();
+    file = openHdf5(source, path);
+    if (!file) return unusable(cause());
     if (auto read = readTexts(); !read) return read;
     if (auto read = readMesh(); !read) return read;
     if (auto read = readItemLists(); !read) return read;
@@ -178,7 +220,7 @@ Result<void> Reader::State::open() {
 
 Result<void> Reader::State::readTexts() {
     const Handle root(H5Gopen2(file.get(), "/", H5P_DEFAULT));
-    if (!root) return unusable(failureCause());
+    if (!root) return unusable(cause());
     const auto format = readText(root.get(), layout::kFormat);
     if (format != layout::kFormatName) return unusable("it is an HDF5 file, but not a result file");
     const auto version = readNumber<std::int32_t>(root.get(), layout::kVersion);
@@ -213,48 +255,74 @@ Result<void> Reader::State::readMesh() {
     if (counts[1] != counts[2]) return unusable("its elements and their corner counts differ in number");
     contents.nodeCount = counts[0];
     contents.elementCount = counts[1];
-    return {};
+    return countCorners();
 }
 
-/// Counts that tables are checked against: corners of the mesh and values of each item list.
-Result<void> Reader::State::readItemLists() {
-    const auto corners = meshNumbers<std::int32_t>(layout::kElementCornerCounts, contents.elementCount);
-    if (!corners) return corners.error();
-    if (std::any_of(corners->begin(), corners->end(), [](std::int32_t count) { return count < 0; }))
-        return unusable("an element has a negative corner count");
-    contents.cornerCount = std::accumulate(corners->begin(), corners->end(), std::uint64_t{0});
+/// Sums the corners without keeping the counts, which are needed for lists of elements alone.
+Result<void> Reader::State::countCorners() {
+    const auto numbers = meshDataset(layout::kElementCornerCounts);
+    if (!numbers) return numbers.error();
+    std::vector<std::int32_t> block(std::min(kBlock, contents.elementCount));
+    bool negative = false;
+    const auto read = readBlocks<std::int32_t>(
+        numbers->get(), contents.elementCount, std::string("dataset ") + layout::kElementCornerCounts,
+        [&](std::uint64_t, std::uint64_t) { return block.data(); },
+        [&](std::span<const std::int32_t> counts) {
+            for (const std::int32_t count : counts) {
+                negative |= count < 0;
+                contents.cornerCount += static_cast<std::uint32_t>(count);
+            }
+        });
+    if (!read) return read;
+    return negative ? Result<void>(unusable("an element has a negative corner count")) : Result<void>();
+}
 
+Result<void> Reader::State::readItemLists() {
     const auto group = member(file.get(), layout::kItemLists, H5I_GROUP, "the group of item lists");
     if (!group) return group.error();
     const auto count = members(group->get(), "the group of item lists");
     if (!count) return count.error();
     std::set<std::string> names;
+    std::vector<std::int32_t> corners;
     for (std::uint64_t i = 0; i < *count; ++i) {
         const std::string subject = "item list " + std::to_string(i + 1);
         const auto list = member(group->get(), layout::memberName(i), H5I_DATASET, subject);
         if (!list) return list.error();
-        const auto length = extent<std::uint32_t>(list->get(), subject);
-        if (!length) return length.error();
-        auto name = readText(list->get(), layout::kName);
-        const auto location = readLocation(list->get());
-        if (!name || name->empty() || !location) return unusable(subject + " lacks its name or location");
-        if (!names.insert(*name).second) return unusable("item list " + inQuotes(*name) + " is there twice");
-        const auto positions = wholeDataset<std::uint32_t>(list->get(), *length, subject);
-        if (!positions) return positions.error();
-        const std::uint64_t limit = *location == Location::Node ? contents.nodeCount : contents.elementCount;
-        if (std::adjacent_find(positions->begin(), positions->end(), std::greater_equal<>()) !=
-                positions->end() ||
-            (!positions->empty() && positions->back() >= limit))
-            return unusable(subject + " does not hold ascending positions of the mesh");
-        std::uint64_t values = *length;
-        if (*location == Location::ElementCorner) {
-            values = 0;
-            for (const std::uint32_t position : *positions)
-                values += static_cast<std::uint64_t>((*corners)[position]);
-        }
-        items.push_back({std::move(*name), *location, *length, values});
+        auto read = readItemList(list->get(), subject, corners);
+        if (!read) return read.error();
+        if (!names.insert(read->name).second)
+            return unusable("item list " + inQuotes(read->name) + " is there twice");
+        items.push_back(std::move(*read));
     }
     return {};
+}
+
+/// `corners` are the corner counts of the mesh once a list has needed them.
+Result<ItemList> Reader::State::readItemList(hid_t list, const std::string& subject,
+                                             std::vector<std::int32_t>& corners) {
+    const auto length = extent<std::uint32_t>(list, subject);
+    if (!length) return length.error();
+    auto name = readText(list, layout::kName);
+    const auto location = readLocation(list);
+    if (!name || name->empty() || !location) return unusable(subject + " lacks its name or location");
+    const auto positions = wholeDataset<std::uint32_t>(list, *length, subject);
+    if (!positions) return positions.error();
+    const std::uint64_t limit = *location == Location::Node ? contents.nodeCount : contents.elementCount;
+    if (std::adjacent_find(positions->begin(), positions->end(), std::greater_equal<>()) !=
+            positions->end() ||
+        (!positions->empty() && positions->back() >= limit))
+        return unusable(subject + " does not hold ascending positions of the mesh");
+    ItemList result{std::move(*name), *location, *length, *length};
+    if (*location == Location::Node) return result;
+    if (corners.empty()) {
+        auto read = meshNumbers(layout::kElementCornerCounts, contents.elementCount);
+        if (!read) return read.error();
+        corners = std::move(*read);
+    }
+    result.valueCount = 0;
+    for (const std::uint32_t position : *positions)
+        result.valueCount += static_cast<std::uint64_t>(corners[position]);
+    return result;
 }
 
 Result<void> Reader::State::readCases() {
@@ -306,7 +374,7 @@ Result<Step> Reader::State::readStep(hid_t group, const std::string& subject) {
     if (const auto count = members(group, subject); !count) return count.error();
     std::vector<std::string> names;
     if (H5Literate(group, H5_INDEX_NAME, H5_ITER_NATIVE, nullptr, keepName, &names) < 0)
-        return unusable(subject + " cannot be listed: " + failureCause());
+        return unusable(subject + " cannot be listed: " + cause());
     for (const std::string& component : names) {
         const auto opened = member(group, component, H5I_DATASET, inQuotes(component) + " in " + subject);
         if (!opened) return opened.error();
@@ -361,7 +429,7 @@ Result<Reader::State::Found> Reader::State::find(std::size_t caseIndex, std::siz
     const std::string place = std::string(layout::kCases) + "/" + layout::memberName(caseIndex) + "/" +
                               layout::kSteps + "/" + layout::memberName(stepIndex) + "/" + std::to_string(id);
     dataset = Handle(H5Dopen2(file.get(), place.c_str(), H5P_DEFAULT));
-    if (!dataset) return unusable(found.subject + ": " + failureCause());
+    if (!dataset) return unusable(found.subject + ": " + cause());
     datasetCase = caseIndex;
     datasetStep = stepIndex;
     datasetId = id;
@@ -390,17 +458,17 @@ const Contents& Reader::contents() const {
 
 Result<std::vector<std::int32_t>> Reader::nodeNumbers() const {
     const Session session;
-    return state_->meshNumbers<std::int32_t>(layout::kNodeNumbers, state_->contents.nodeCount);
+    return state_->meshNumbers(layout::kNodeNumbers, state_->contents.nodeCount);
 }
 
 Result<std::vector<std::int32_t>> Reader::elementNumbers() const {
     const Session session;
-    return state_->meshNumbers<std::int32_t>(layout::kElementNumbers, state_->contents.elementCount);
+    return state_->meshNumbers(layout::kElementNumbers, state_->contents.elementCount);
 }
 
 Result<std::vector<std::int32_t>> Reader::elementCornerCounts() const {
     const Session session;
-    return state_->meshNumbers<std::int32_t>(layout::kElementCornerCounts, state_->contents.elementCount);
+    return state_->meshNumbers(layout::kElementCornerCounts, state_->contents.elementCount);
 }
 
 Result<std::vector<std::uint32_t>> Reader::items(const std::string& name) const {
@@ -412,7 +480,7 @@ Result<std::vector<std::uint32_t>> Reader::items(const std::string& name) const 
     const std::string place = std::string(layout::kItemLists) + "/" +
                               layout::memberName(static_cast<std::size_t>(list - lists.begin()));
     const Handle opened(H5Dopen2(state_->file.get(), place.c_str(), H5P_DEFAULT));
-    if (!opened) return state_->unusable("item list " + inQuotes(name) + ": " + failureCause());
+    if (!opened) return state_->unusable("item list " + inQuotes(name) + ": " + state_->cause());
     return state_->wholeDataset<std::uint32_t>(opened.get(), list->count, "item list " + inQuotes(name));
 }
 
@@ -433,8 +501,14 @@ Result<void> Reader::valuesInto(std::size_t caseIndex, std::size_t stepIndex, un
         return state_->unusable(found->subject + " has " + std::to_string(count) + " values, not " +
                                 std::to_string(out.size()) + " from position " + std::to_string(first) +
                                 " on");
-    if (!transferIn(state_->dataset.get(), memoryType<float>(), first, out.size(), out.data()))
-        return state_->unusable(found->subject + ": " + failureCause());
+    const hid_t dataset = state_->dataset.get();
+    if (first == 0 && out.size() == count)
+        return state_->readBlocks<float>(
+            dataset, count, found->subject,
+            [&](std::uint64_t begin, std::uint64_t) { return out.data() + begin; },
+            [](std::span<const float>) {});
+    if (!transferIn(dataset, memoryType<float>(), first, out.size(), out.data()))
+        return state_->unusable(found->subject + ": " + state_->cause());
     return {};
 }
 

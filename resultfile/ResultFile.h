@@ -66,17 +66,18 @@ class Writer {
     Writer(Writer&&) noexcept;
     Writer& operator=(Writer&&) noexcept;
 
-    /// Must be called once, before the first case.
+    /// Must be called once, before the first item list and the first case.
     Result<void> setMesh(const Mesh& mesh);
     Result<void> setInputChecksum(const std::string& checksum);
-    /// A list of mesh positions (node or element indices, ascending) that tables can follow.
+    /// A list of mesh positions (node indices; element indices for ElementCorner; ascending) that tables can
+    /// follow. A table of corners on a list has the corners of the listed elements.
     Result<void> addItems(const std::string& name, Location location,
                           std::span<const std::uint32_t> positions);
 
     Result<void> beginCase(const std::string& name);
     Result<void> beginStep(const std::string& name, double value);
 
-    /// A component of the current step, whole.
+    /// A component of the current step, whole. Values must be finite.
     Result<void> writeTable(unsigned id, Location location, std::span<const float> values,
                             const std::string& items = {});
 
@@ -106,7 +107,8 @@ class Writer {
 };
 
 /// Reads a result file. Opening reads and checks the structure; values are read on demand. The file may be
-/// replaced under its name meanwhile: an open reader keeps the file that it opened.
+/// replaced under its name meanwhile: an open reader keeps the file that it opened. One thread at a time uses
+/// a reader; several readers of one file are fine.
 class Reader {
   public:
     static Result<Reader> open(const std::filesystem::path& path);
@@ -122,9 +124,10 @@ class Reader {
     Result<std::vector<std::int32_t>> elementCornerCounts() const;
     Result<std::vector<std::uint32_t>> items(const std::string& name) const;
 
-    /// Values of a component; positions are those of contents().
+    /// Values of a component, checked against their checksum; positions are those of contents().
     Result<std::vector<float>> values(std::size_t caseIndex, std::size_t stepIndex, unsigned id) const;
-    /// `count` values from `first` on, into `out` (out.size() values are read).
+    /// out.size() values from position `first` on. The whole table is checked against its checksum, a part is
+    /// not.
     Result<void> valuesInto(std::size_t caseIndex, std::size_t stepIndex, unsigned id, std::uint64_t first,
                             std::span<float> out) const;
 

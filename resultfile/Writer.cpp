@@ -1,5 +1,6 @@
 #include "base/Checksum.h"
 #include "base/ReplaceFile.h"
+#include "resultfile/FileDriver.h"
 #include "resultfile/Hdf5.h"
 #include "resultfile/Layout.h"
 #include "resultfile/ResultFile.h"
@@ -18,8 +19,10 @@ using namespace hdf5;
 
 namespace {
 
-/// Values that are gathered and checksummed at once: 256 KiB, which the second-level cache holds.
-constexpr std::size_t kBlock = 64 * 1024;
+/// Small pieces of a table are gathered up to this many values, so that HDF5 gets few and large writes.
+constexpr std::size_t kGathered = 64 * 1024;
+/// Values that are checked, checksummed and written at once, few enough to stay in the cache meanwhile.
+constexpr std::size_t kBlock = 1024 * 1024;
 
 /// Position of the first value that is infinite or not a number; values.size() when all are finite.
 std::size_t firstNonFinite(std::span<const float> values) {
@@ -110,6 +113,7 @@ struct Writer::State {
     Result<std::uint64_t> expectedCount(unsigned id, Location location, const std::string& items);
     Result<void> addTable(unsigned id, Location location, std::uint64_t count, const std::string& items);
     Result<void> append(std::size_t index, std::span<const float> values);
+    Result<void> gather(OpenTable& table, std::span<const float> piece, bool last);
     Result<void> writeBlock(OpenTable& table, std::span<const float> values);
     Result<void> finish(OpenTable& table);
     Result<void> endStep();
@@ -123,6 +127,7 @@ struct Writer::State {
 
     std::optional<Reservation> reservation;
     std::optional<ReplacedFile> replaced;
+    std::shared_ptr<OpenFile> sink = std::make_shared<OpenFile>();
     Handle file, cases, itemLists, steps, step, newGroup, newDataset;
 
     std::uint64_t nodeCount = 0;
@@ -145,8 +150,9 @@ Error Writer::State::fail(const std::string& reason) {
     return *failure;
 }
 
+/// A write that failed explains whatever HDF5 says after it.
 Error Writer::State::failInHdf5(const std::string& what) {
-    return fail(what + ": " + failureCause());
+    return fail(what + ": " + (sink->fault() ? systemErrorText(sink->fault()) : failureCause()));
 }
 
 std::string Writer::State::at(unsigned id) const {
@@ -165,6 +171,7 @@ void Writer::State::abandon() {
     const Session session;
     closeFile();
     file.reset();
+    sink->close();
     replaced.reset();
     reservation.reset();
 }
@@ -176,9 +183,9 @@ Result<void> Writer::State::create() {
     reservation.emplace(std::filesystem::absolute(target).lexically_normal());
     if (!reservation->taken()) return fail("it is being written already");
     replaced.emplace(target);
-    const Handle access = fileAccess();
-    file = Handle(H5Fcreate(replaced->temporaryPath().c_str(), H5F_ACC_TRUNC, H5P_DEFAULT, access.get()));
-    if (!file) return failInHdf5("cannot create " + replaced->temporaryPath().string());
+    if (!sink->create(replaced->temporaryPath())) return fail(systemErrorText(sink->fault()));
+    file = createHdf5(sink, replaced->temporaryPath());
+    if (!file) return failInHdf5("the file");
     newGroup = groupCreation();
     newDataset = datasetCreation();
     cases = Handle(H5Gcreate2(file.get(), layout::kCases, H5P_DEFAULT, newGroup.get(), H5P_DEFAULT));
@@ -254,32 +261,38 @@ Result<void> Writer::State::append(std::size_t index, std::span<const float> val
     OpenTable& table = tables[index - firstTable];
     if (values.size() > table.count - table.accepted)
         return fail(at(table.id) + " gets more than its " + std::to_string(table.count) + " values");
-    if (const std::size_t bad = firstNonFinite(values); bad != values.size())
-        return fail(at(table.id) + " is not finite at value " + std::to_string(table.accepted + bad + 1) +
-                    " of " + std::to_string(table.count));
-    table.accepted += values.size();
-    const bool full = table.accepted == table.count;
+    const bool full = values.size() == table.count - table.accepted;
     while (!values.empty()) {
-        const std::size_t size = std::min(kBlock - table.gathered.size(), values.size());
-        const auto piece = values.first(size);
-        values = values.subspan(size);
-        const bool whole = table.gathered.empty() && (size == kBlock || full);
-        if (!whole) {
-            if (table.gathered.capacity() == 0)
-                table.gathered.reserve(std::min<std::uint64_t>(kBlock, table.count));
-            table.gathered.insert(table.gathered.end(), piece.begin(), piece.end());
-            if (table.gathered.size() < kBlock && !(full && values.empty())) continue;
-        }
-        if (auto done = writeBlock(table, whole ? piece : table.gathered); !done) return done;
-        table.gathered.clear();
+        const bool direct = table.gathered.empty() && (full || values.size() >= kGathered);
+        const std::size_t room = direct ? kBlock : kGathered - table.gathered.size();
+        const auto piece = values.first(std::min(room, values.size()));
+        values = values.subspan(piece.size());
+        if (const std::size_t bad = firstNonFinite(piece); bad != piece.size())
+            return fail(at(table.id) + " is not finite at value " + std::to_string(table.accepted + bad + 1) +
+                        " of " + std::to_string(table.count));
+        table.accepted += piece.size();
+        auto done = direct ? writeBlock(table, piece) : gather(table, piece, full && values.empty());
+        if (!done) return done;
     }
     return full && table.dataset ? finish(table) : Result<void>();
+}
+
+/// Adds a piece that fits to the gathered values; writes them when they are many or `last`.
+Result<void> Writer::State::gather(OpenTable& table, std::span<const float> piece, bool last) {
+    if (table.gathered.capacity() == 0)
+        table.gathered.reserve(std::min<std::uint64_t>(kGathered, table.count));
+    table.gathered.insert(table.gathered.end(), piece.begin(), piece.end());
+    if (table.gathered.size() < kGathered && !last) return {};
+    auto done = writeBlock(table, table.gathered);
+    table.gathered.clear();
+    return done;
 }
 
 Result<void> Writer::State::writeBlock(OpenTable& table, std::span<const float> values) {
     const Session session;
     table.checksum.add(std::as_bytes(values));
-    if (!transferOut(table.dataset.get(), memoryType<float>(), table.written, values.size(), values.data()))
+    if (!transferOut(table.dataset.get(), memoryType<float>(), table.written, values.size(), values.data()) ||
+        sink->fault())
         return failInHdf5(at(table.id));
     table.written += values.size();
     return {};
@@ -457,7 +470,7 @@ Result<void> Writer::commit() {
     if (auto ended = s.endCase(); !ended) return ended;
     if (auto written = s.writeTexts(); !written) return written;
     s.closeFile();
-    if (H5Fflush(s.file.get(), H5F_SCOPE_GLOBAL) < 0 || !s.file.reset()) return s.failInHdf5("closing");
+    if (!s.file.reset() || !s.sink->close() || s.sink->fault()) return s.failInHdf5("closing");
     if (auto committed = s.replaced->commit(); !committed) {
         s.failure = committed.error();
         s.abandon();
