@@ -1,0 +1,83 @@
+#include "workbench/picture/ViewCamera.h"
+
+#include "tests/workbench/picture/PictureMesh.h"
+#include "workbench/picture/ContourPicture.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+using namespace workbench;
+
+namespace {
+
+ContourSurface surfaceOf(const PictureMesh& mesh) {
+    const std::vector<float> values(mesh.positions.size(), 1.0f);
+    const auto levels = ScaleLevels::make(extentOf(values), ValueScale::Linear, {});
+    const auto faces = surfaceFacesOf(mesh.view());
+    return contourSurfaceOf(*faces, mesh.positions, values, *levels);
+}
+
+} // namespace
+
+TEST(ViewCamera, TheModelFillsItsBoxOneWayAndStaysInItTheOther) {
+    struct Row {
+        const char* name;
+        Vector3 size;
+    };
+    const Row rows[] = {{"cube", {1, 1, 1}},        {"plate", {40, 30, 1}},  {"wall", {40, 1, 30}},
+                        {"side wall", {1, 40, 30}}, {"plane", {40, 30, 0}},  {"standing plane", {0, 40, 30}},
+                        {"beam", {100, 2, 3}},      {"column", {2, 3, 100}}, {"line", {0, 0, 7}},
+                        {"point", {0, 0, 0}}};
+    const PixelBox box{20, 30, 500, 330};
+    for (const Row& row : rows)
+        for (const std::string_view view : viewNames()) {
+            SCOPED_TRACE(std::string(row.name) + " " + std::string(view));
+            PictureMesh mesh = PictureMesh::cube(1);
+            for (auto& position : mesh.positions)
+                for (std::size_t i = 0; i < 3; ++i)
+                    position[i] *= row.size[i];
+            const ContourSurface surface = surfaceOf(mesh);
+            ViewCamera camera = *viewAxes(view, surface.extent);
+            fitInto(camera, surface, box);
+            Pixel low{1e9, 1e9}, high{-1e9, -1e9};
+            for (const auto& position : mesh.positions) {
+                const Pixel at = camera.project(surface.toSurface(position));
+                for (std::size_t i = 0; i < 2; ++i) {
+                    low[i] = std::min(low[i], at[i]);
+                    high[i] = std::max(high[i], at[i]);
+                }
+            }
+            EXPECT_GE(low[0], box.left - 1e-3);
+            EXPECT_GE(low[1], box.bottom - 1e-3);
+            EXPECT_LE(high[0], box.right + 1e-3);
+            EXPECT_LE(high[1], box.top + 1e-3);
+            const double filled =
+                std::max((high[0] - low[0]) / box.width(), (high[1] - low[1]) / box.height());
+            const bool visible = filled > 0.0; // a line along the view is a point
+            EXPECT_NEAR(filled, visible ? 1.0 : 0.0, 1e-5);
+            EXPECT_TRUE(visible || view != "iso" || std::string_view(row.name) == "point");
+        }
+}
+
+TEST(ViewCamera, ANodeBehindTheModelIsHidden) {
+    struct Row {
+        const char* view;
+        Vector3 node; ///< in the unit cube
+        bool hidden;
+    };
+    const Row rows[] = {{"front", {0.5, 0, 0.5}, false},  {"front", {0.5, 1, 0.5}, true},
+                        {"front", {0.5, 0.5, 0.5}, true}, {"back", {0.5, 1, 0.5}, false},
+                        {"top", {0.25, 0.25, 1}, false},  {"top", {0.25, 0.25, 0}, true},
+                        {"left", {0, 0.25, 0.25}, false}, {"right", {0, 0.25, 0.25}, true},
+                        {"iso", {1, 0, 1}, false},        {"iso", {0, 1, 0}, true}};
+    const PictureMesh mesh = PictureMesh::cube(4);
+    const ContourSurface surface = surfaceOf(mesh);
+    for (const Row& row : rows) {
+        ViewCamera camera = *viewAxes(row.view, surface.extent);
+        fitInto(camera, surface, {0, 0, 100, 100});
+        EXPECT_EQ(isHidden(camera, surface, surface.toSurface(row.node)), row.hidden)
+            << row.view << " " << row.node[0] << " " << row.node[1] << " " << row.node[2];
+    }
+}

@@ -1,0 +1,131 @@
+#include "workbench/picture/ViewCamera.h"
+
+#include "workbench/picture/ContourPicture.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace workbench {
+namespace {
+
+double dot(const Vector3& a, const Vector3& b) {
+    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+}
+
+Vector3 cross(const Vector3& a, const Vector3& b) {
+    return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
+}
+
+Vector3 unit(const Vector3& a) {
+    const double length = std::sqrt(dot(a, a));
+    return {a[0] / length, a[1] / length, a[2] / length};
+}
+
+Vector3 toDouble(const std::array<float, 3>& a) {
+    return {a[0], a[1], a[2]};
+}
+
+struct NamedView {
+    std::string_view name;
+    Vector3 toViewer; ///< zero: by the extent
+};
+constexpr NamedView kViews[] = {{"iso", {0, 0, 0}},    {"front", {0, -1, 0}}, {"back", {0, 1, 0}},
+                                {"left", {-1, 0, 0}},  {"right", {1, 0, 0}},  {"top", {0, 0, 1}},
+                                {"bottom", {0, 0, -1}}};
+constexpr std::string_view kNames[] = {kViews[0].name, kViews[1].name, kViews[2].name, kViews[3].name,
+                                       kViews[4].name, kViews[5].name, kViews[6].name};
+
+/// How far "iso" looks along each axis, by the shape of the model's box.
+Vector3 isoDirection(const Vector3& extent) {
+    std::array<std::size_t, 3> axes{0, 1, 2};
+    std::ranges::sort(axes, [&](std::size_t a, std::size_t b) { return extent[a] < extent[b]; });
+    const auto [thin, middle, longest] = axes;
+    Vector3 amount{0.75, 1.0, 0.65};
+    if (extent[thin] <= 1e-4 * extent[middle]) {
+        amount = {0.0, 0.0, 0.0};
+        amount[thin] = 1.0;
+    } else if (extent[thin] < 0.15 * extent[middle]) {
+        // A plate that lies: its long side runs across the picture. One that stands: seen a little from
+        // above.
+        amount[thin] = 1.0;
+        amount[middle] = thin == 2 ? 0.6 : 0.4;
+        amount[longest] = thin == 2 ? 0.15 : 0.4;
+        if (thin != 2) amount[2] = 0.35;
+    } else if (extent[middle] < 0.3 * extent[longest]) {
+        amount = {0.8, 1.0, 0.55};
+        amount[longest] = 0.35;
+    }
+    return {amount[0], -amount[1], amount[2]};
+}
+
+double edgeSide(const Pixel& a, const Pixel& b, const Pixel& p) {
+    return (b[0] - a[0]) * (p[1] - a[1]) - (b[1] - a[1]) * (p[0] - a[0]);
+}
+
+} // namespace
+
+std::span<const std::string_view> viewNames() {
+    return kNames;
+}
+
+Pixel ViewCamera::project(const Vector3& position) const {
+    return {origin[0] + pixelsPerLength * dot(right, position),
+            origin[1] + pixelsPerLength * dot(up, position)};
+}
+
+double ViewCamera::depth(const Vector3& position) const {
+    return dot(toViewer, position);
+}
+
+std::optional<ViewCamera> viewAxes(std::string_view name, const Vector3& extent) {
+    const auto* view = std::ranges::find(kViews, name, &NamedView::name);
+    if (view == std::end(kViews)) return std::nullopt;
+    ViewCamera camera;
+    camera.toViewer = unit(dot(view->toViewer, view->toViewer) > 0.0 ? view->toViewer : isoDirection(extent));
+    const bool vertical = std::abs(camera.toViewer[2]) > 0.999;
+    camera.right = unit(cross(vertical ? Vector3{0, 1, 0} : Vector3{0, 0, 1}, camera.toViewer));
+    camera.up = cross(camera.toViewer, camera.right);
+    return camera;
+}
+
+void fitInto(ViewCamera& camera, const ContourSurface& surface, const PixelBox& box) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    Pixel low{infinity, infinity}, high{-infinity, -infinity};
+    for (const auto& vertex : surface.positions) {
+        const Pixel at{dot(camera.right, toDouble(vertex)), dot(camera.up, toDouble(vertex))};
+        for (std::size_t i = 0; i < 2; ++i) {
+            low[i] = std::min(low[i], at[i]);
+            high[i] = std::max(high[i], at[i]);
+        }
+    }
+    const double across = std::max((high[0] - low[0]) / box.width(), (high[1] - low[1]) / box.height());
+    camera.pixelsPerLength = across > 0.0 ? 1.0 / across : 1.0;
+    camera.origin = {0.5 * (box.left + box.right) - camera.pixelsPerLength * 0.5 * (low[0] + high[0]),
+                     0.5 * (box.bottom + box.top) - camera.pixelsPerLength * 0.5 * (low[1] + high[1])};
+}
+
+bool isHidden(const ViewCamera& camera, const ContourSurface& surface, const Vector3& position) {
+    const Pixel at = camera.project(position);
+    const double size = surface.extent[0] + surface.extent[1] + surface.extent[2];
+    const double nearer = camera.depth(position) + 1e-3 * size;
+    const auto covers = [&](const std::array<std::uint32_t, 3>& triangle) {
+        std::array<Pixel, 3> corner;
+        std::array<double, 3> depth;
+        for (std::size_t i = 0; i < 3; ++i) {
+            const Vector3 vertex = toDouble(surface.positions[triangle[i]]);
+            corner[i] = camera.project(vertex);
+            depth[i] = camera.depth(vertex);
+        }
+        const double a = edgeSide(corner[1], corner[2], at);
+        const double b = edgeSide(corner[2], corner[0], at);
+        const double c = edgeSide(corner[0], corner[1], at);
+        const double area = a + b + c;
+        if (std::abs(area) < 1e-9 || a * area < 0.0 || b * area < 0.0 || c * area < 0.0) return false;
+        return (a * depth[0] + b * depth[1] + c * depth[2]) / area > nearer;
+    };
+    return std::ranges::any_of(surface.triangles, covers) ||
+           std::ranges::any_of(surface.greyTriangles, covers);
+}
+
+} // namespace workbench

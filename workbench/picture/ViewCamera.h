@@ -1,0 +1,41 @@
+#pragma once
+
+#include "workbench/picture/ContourSurface.h"
+
+#include <optional>
+#include <string_view>
+
+namespace workbench {
+
+/// A rectangle in pixels, y upwards from the lower edge of the picture.
+struct PixelBox {
+    double left = 0.0, bottom = 0.0, right = 0.0, top = 0.0;
+
+    double width() const { return right - left; }
+    double height() const { return top - bottom; }
+};
+
+using Pixel = std::array<double, 2>;
+
+/// A parallel projection onto the picture. All coordinates are those of ContourSurface.
+struct ViewCamera {
+    Vector3 right{}, up{}, toViewer{}; ///< unit vectors
+    double pixelsPerLength = 1.0;
+    Pixel origin{}; ///< where the origin of the model coordinates lands
+
+    Pixel project(const Vector3& position) const;
+    double depth(const Vector3& position) const; ///< grows towards the viewer
+};
+
+/// The axes of a named view of a model of this extent; nothing for an unknown name. "iso" looks from the
+/// front, right and above, so that front, right and top are seen; it turns towards the face of a thin plate,
+/// across a slender member, and straight onto a plane model.
+std::optional<ViewCamera> viewAxes(std::string_view name, const Vector3& extent);
+
+/// Scales and shifts the projection so that all vertices lie in `box`, in its middle, as large as they can.
+void fitInto(ViewCamera& camera, const ContourSurface& surface, const PixelBox& box);
+
+/// True when a triangle lies in front of the vertex at `position`, nearer by more than rounding.
+bool isHidden(const ViewCamera& camera, const ContourSurface& surface, const Vector3& position);
+
+} // namespace workbench
