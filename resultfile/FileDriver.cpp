@@ -245,7 +245,10 @@ Handle openHdf5(const std::shared_ptr<OpenFile>& file, const std::filesystem::pa
 
 Handle createHdf5(const std::shared_ptr<OpenFile>& file, const std::filesystem::path& path) {
     const Handle access = accessThrough(file);
-    return access ? Handle(H5Fcreate(path.c_str(), H5F_ACC_TRUNC, H5P_DEFAULT, access.get())) : Handle();
+    // Without a time in the root group the same contents are the same bytes.
+    const Handle creation(H5Pcreate(H5P_FILE_CREATE));
+    if (!access || !creation || H5Pset_obj_track_times(creation.get(), false) < 0) return {};
+    return Handle(H5Fcreate(path.c_str(), H5F_ACC_TRUNC, creation.get(), access.get()));
 }
 
 } // namespace resultfile::hdf5
