@@ -98,18 +98,18 @@ std::optional<RunFailure> runFatigue(const RunSettings& settings, std::ostream& 
     };
     if (auto failure = evaluateNodes(reader, *definition, *plan, settings.threads, keep))
         return failure->ofSink ? cannotWrite(failure->error) : badInput(failure->error);
-    if (columns->nodesWithResults() == 0)
-        return badInput(inFile(file, {"no node has a material; nothing can be evaluated"}));
-    const auto written = columns->write(checksumText(reader.checksum()), "FatigueSolver " VEXA_VERSION);
+    const std::size_t nodes = columns->nodesWithResults(), without = columns->nodes() - nodes;
+    if (nodes == 0) return badInput(inFile(file, {"no node has a material; nothing can be evaluated"}));
+    if (without > 0) notes.push_back("Nodes without a material, left out: " + std::to_string(without) + ".");
+    const auto written =
+        std::move(*columns).write(checksumText(reader.checksum()), "FatigueSolver " VEXA_VERSION);
     if (!written) return cannotWrite(written.error());
 
     out << describe(*definition, *plan) << '\n';
     for (const std::string& note : notes)
         out << note << '\n';
-    if (const std::size_t without = columns->nodes() - columns->nodesWithResults())
-        out << "Nodes without a material, left out: " << without << ".\n";
     worst.report(out);
-    out << "Nodes: " << columns->nodesWithResults() << ". Result: " << resultFile.string() << '\n';
+    out << "Nodes: " << nodes << ". Result: " << resultFile.string() << '\n';
     return std::nullopt;
 }
 

@@ -1,7 +1,6 @@
 #include "solver/ResultColumns.h"
 
 #include "resultfile/FatigueComponents.h"
-#include "resultfile/ResultFile.h"
 
 #include <algorithm>
 #include <array>
@@ -75,30 +74,41 @@ Result<void> ResultColumns::append(std::int32_t node, std::span<const Outcome> o
     return {};
 }
 
-Result<void> ResultColumns::write(const std::string& inputChecksum, const std::string& producer) {
+Result<void> ResultColumns::write(const std::string& inputChecksum, const std::string& producer) && {
     using resultfile::Location;
     auto writer = resultfile::Writer::create(resultFile_, resultFile_.stem().string(), producer);
     if (!writer) return writer.error();
-    const auto numbers = numbers_.view();
-    if (!numbers) return numbers.error();
-    if (auto done = writer->setMesh({*numbers, {}, {}}); !done) return done;
+    if (auto done = giveMesh(*writer); !done) return done;
     if (auto done = writer->setInputChecksum(inputChecksum); !done) return done;
-    std::string items;
-    if (nodesWithResults_ < nodes_) {
-        const auto positions = positions_.view();
-        if (!positions) return positions.error();
-        items = kItems;
-        if (auto done = writer->addItems(items, Location::Node, *positions); !done) return done;
-    }
+    const std::string items = nodesWithResults_ < nodes_ ? kItems : "";
+    if (!items.empty())
+        if (auto done = giveItems(*writer, items); !done) return done;
     const std::string step = "Blocks " + std::to_string(static_cast<long long>(blocks_));
     if (auto done = writer->beginCase("Fatigue"); !done) return done;
     if (auto done = writer->beginStep(step, blocks_); !done) return done;
     for (Column& column : columns_) {
-        const auto values = column.values.view();
+        auto spool = std::move(column.values);
+        const auto values = spool.view();
         if (!values) return values.error();
         if (auto done = writer->writeTable(column.id, Location::Node, *values, items); !done) return done;
     }
     return writer->commit();
+}
+
+// Each column is moved out, so that it is gone from memory before the next one comes in.
+
+Result<void> ResultColumns::giveMesh(resultfile::Writer& writer) {
+    auto spool = std::move(numbers_);
+    const auto numbers = spool.view();
+    if (!numbers) return numbers.error();
+    return writer.setMesh({*numbers, {}, {}});
+}
+
+Result<void> ResultColumns::giveItems(resultfile::Writer& writer, const std::string& name) {
+    auto spool = std::move(positions_);
+    const auto positions = spool.view();
+    if (!positions) return positions.error();
+    return writer.addItems(name, resultfile::Location::Node, *positions);
 }
 
 } // namespace solver

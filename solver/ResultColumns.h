@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
+#include "resultfile/ResultFile.h"
 #include "solver/Definition.h"
 #include "solver/Evaluation.h"
 #include "solver/SpooledColumn.h"
@@ -8,7 +9,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -26,8 +26,9 @@ class ResultColumns {
     /// A node and its outcomes, one for each correction of the plan; none when the node has no material.
     Result<void> append(std::int32_t node, std::span<const Outcome> outcomes);
 
-    /// Writes the result file. Nothing shows under its name before it is whole.
-    Result<void> write(const std::string& inputChecksum, const std::string& producer);
+    /// Writes the result file and uses the columns up. Nothing shows under the file's name before it is
+    /// whole.
+    Result<void> write(const std::string& inputChecksum, const std::string& producer) &&;
 
     std::size_t nodes() const { return nodes_; }
     std::size_t nodesWithResults() const { return nodesWithResults_; }
@@ -43,6 +44,9 @@ class ResultColumns {
 
     ResultColumns(std::filesystem::path resultFile, double blocks, SpooledColumn<std::int32_t> numbers,
                   SpooledColumn<std::uint32_t> positions);
+
+    Result<void> giveMesh(resultfile::Writer& writer);
+    Result<void> giveItems(resultfile::Writer& writer, const std::string& name);
 
     std::filesystem::path resultFile_;
     double blocks_;
