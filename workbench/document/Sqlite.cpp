@@ -6,7 +6,7 @@ namespace workbench {
 
 namespace {
 
-constexpr int kBusyMilliseconds = 3000;
+constexpr int kBusyMilliseconds = 2000;
 
 Error reasonOf(sqlite3* handle) {
     const int code = handle ? sqlite3_errcode(handle) : SQLITE_NOMEM;
