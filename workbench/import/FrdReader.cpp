@@ -1,0 +1,328 @@
+#include "workbench/import/FrdReader.h"
+
+#include "workbench/import/FixedField.h"
+#include "workbench/import/Names.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <optional>
+
+namespace workbench {
+namespace {
+
+constexpr std::size_t kMarkWidth = 3; ///< " -1", " -2", " -3"
+/// No entity has more components; a larger count is a broken file.
+constexpr int kMostComponents = 1000;
+constexpr std::size_t kValuesPerLine = 6;
+constexpr std::size_t kRowsAtOnce = 4096; ///< so that the tables being filled stay in the cache
+
+std::string_view column(std::string_view line, std::size_t first, std::size_t width) {
+    return first < line.size() ? line.substr(first, width) : std::string_view();
+}
+
+std::optional<int> integerColumn(std::string_view line, std::size_t first, std::size_t width) {
+    std::int32_t value = 0;
+    if (!fixedfield::parseInteger(column(line, first, width), value)) return std::nullopt;
+    return value;
+}
+
+std::optional<double> realOf(std::string_view field) {
+    field = trimmed(field);
+    double value = 0;
+    const auto [end, error] = std::from_chars(field.data(), field.data() + field.size(), value);
+    if (error != std::errc() || end != field.data() + field.size() || !std::isfinite(value))
+        return std::nullopt;
+    return value;
+}
+
+/// The blank-separated words behind the tag of a parameter line ("    1PSTEP   1   1   1").
+std::vector<std::string_view> words(std::string_view text) {
+    std::vector<std::string_view> result;
+    while (true) {
+        text = trimmed(text);
+        if (text.empty()) return result;
+        const std::size_t end = text.find_first_of(" \t");
+        result.push_back(text.substr(0, end));
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end);
+    }
+}
+
+class FrdParser {
+  public:
+    FrdParser(TextWindow& window, FrdSink& sink)
+        : window_(window)
+        , sink_(sink) {}
+
+    Result<void> run() {
+        std::string_view line;
+        while (window_.nextLine(line)) {
+            if (line.starts_with(" 9999")) return {};
+            if (!record(line)) return Error{error_};
+        }
+        if (!window_.failure().empty()) return Error{window_.failure()};
+        return Error{window_.place() +
+                     ": the file ends without its end mark (9999); the solver did not finish, or the "
+                     "file is truncated"};
+    }
+
+  private:
+    bool fail(const std::string& message) {
+        if (error_.empty()) error_ = window_.place() + ": " + message;
+        return false;
+    }
+
+    bool failTruncated(const char* what) {
+        if (!window_.failure().empty()) {
+            error_ = window_.failure();
+            return false;
+        }
+        return fail(std::string("the file ends inside ") + what +
+                    "; the solver did not finish, or the file is truncated");
+    }
+
+    bool deliver(const Result<void>& answer) {
+        if (!answer) error_ = answer.error().message;
+        return bool(answer);
+    }
+
+    bool record(std::string_view line) {
+        if (line.starts_with("    1P")) return parameter(line);
+        if (line.starts_with("    2C")) return meshNodes(line);
+        if (line.starts_with("    3C")) return meshElements(line);
+        if (line.starts_with("  100C")) return resultBlock(line);
+        if (line.starts_with("    1")) return true; // title and user lines
+        if (trimmed(line).empty()) return true;
+        return fail("'" + std::string(line.substr(0, 20)) + "' begins no record of a result file");
+    }
+
+    bool parameter(std::string_view line) {
+        const std::string_view tag = column(line, 6, 4);
+        if (tag != "STEP" && tag != "MODE") return true;
+        const auto fields = words(line.substr(10));
+        const std::size_t count = tag == "STEP" ? 3 : 1;
+        std::array<std::int32_t, 3> numbers{};
+        bool good = fields.size() >= count;
+        for (std::size_t i = 0; good && i < count; ++i)
+            good = fixedfield::parseInteger(fields[i], numbers[i]);
+        if (!good) return fail("the numbers of the " + std::string(tag) + " line are broken");
+        if (tag == "STEP") {
+            header_.increment = numbers[1];
+            header_.step = numbers[2];
+            header_.mode = 0;
+        } else {
+            header_.mode = numbers[0];
+        }
+        return true;
+    }
+
+    /// Sets the width of node numbers from the format number at the end of a record.
+    bool format(std::string_view line, std::size_t first) {
+        const auto format = integerColumn(line, first, 2);
+        if (format == 2 || format == 3)
+            return fail("the file is binary; ask the solver for an ASCII result file");
+        if (format != 0 && format != 1) return fail("the record names no known format");
+        numberWidth_ = format == 0 ? 5 : 10;
+        return true;
+    }
+
+    bool meshNodes(std::string_view line) {
+        if (!format(line, 73)) return false;
+        announced_ = integerColumn(line, 24, 12);
+        FrdBlock block;
+        block.name = "nodes";
+        block.components = {"X", "Y", "Z"};
+        return rows(block) && deliver(sink_.meshNodes(block.nodes));
+    }
+
+    bool meshElements(std::string_view line) {
+        if (!format(line, 73)) return false;
+        std::vector<std::int32_t> numbers;
+        while (true) {
+            if (!window_.nextLine(line)) return failTruncated("the elements");
+            if (line.starts_with(" -3")) return deliver(sink_.meshElements(numbers));
+            if (line.starts_with(" -2")) continue;
+            const auto number = integerColumn(line, kMarkWidth, numberWidth_);
+            if (!line.starts_with(" -1") || !number) return fail("this is no line of an element");
+            numbers.push_back(*number);
+        }
+    }
+
+    bool resultBlock(std::string_view line) {
+        const auto value = realOf(column(line, 12, 12));
+        if (!value)
+            return fail("'" + std::string(column(line, 12, 12)) + "' is no time or frequency of a result");
+        if (!format(line, 73)) return false;
+        FrdBlock block = header_;
+        block.value = *value;
+        block.place = window_.place();
+        announced_ = integerColumn(line, 24, 12);
+        if (!announced_ || *announced_ < 0) return fail("the number of nodes of the block is broken");
+        if (!window_.nextLine(line)) return failTruncated("the header of a block");
+        if (!line.starts_with(" -4")) return fail("the line that names the block is missing");
+        block.name = trimmed(column(line, 5, 8));
+        const auto count = integerColumn(line, 13, 5);
+        if (!count || *count < 0 || *count > kMostComponents)
+            return fail("the component count of " + block.name + " is broken");
+        const auto location = integerColumn(line, 18, 5);
+        if (!componentNames(block, *count)) return false;
+        if (location != 1 || block.components.empty() || !sink_.wants(block)) return passOver(block);
+        if (!rows(block)) return false;
+        if (block.nodes.size() != static_cast<std::size_t>(*announced_))
+            return fail("block " + block.name + " announces " + std::to_string(*announced_) +
+                        " nodes and holds " + std::to_string(block.nodes.size()));
+        return deliver(sink_.block(block, window_.offset(), window_.size()));
+    }
+
+    /// Reads the lines of the components; those that a viewer shall compute have no values.
+    bool componentNames(FrdBlock& block, int count) {
+        std::string_view line;
+        for (int i = 0; i < count; ++i) {
+            if (!window_.nextLine(line)) return failTruncated("the header of a block");
+            if (!line.starts_with(" -5")) return fail("block " + block.name + " names too few components");
+            const auto computed = integerColumn(line, 33, 5);
+            if (computed != 1) block.components.emplace_back(trimmed(column(line, 5, 8)));
+        }
+        return true;
+    }
+
+    bool passOver(const FrdBlock& block) {
+        std::string_view line;
+        while (window_.nextLine(line))
+            if (line.starts_with(" -3")) return true;
+        return failTruncated(("block " + block.name).c_str());
+    }
+
+    bool rows(FrdBlock& block) {
+        block.values.resize(block.components.size());
+        const std::size_t expected = rowsToExpect(block.components.size());
+        block.nodes.reserve(expected);
+        for (auto& table : block.values)
+            table.reserve(expected);
+        while (true) {
+            fastRows(block);
+            std::string_view line;
+            if (!window_.nextLine(line)) return failTruncated(("block " + block.name).c_str());
+            if (line.starts_with(" -3")) return true;
+            if (!slowRow(block, line)) return false;
+        }
+    }
+
+    /// The announced number of rows, but no more than the rest of the file has room for.
+    std::size_t rowsToExpect(std::size_t components) const {
+        const std::size_t announced =
+            announced_ && *announced_ > 0 ? static_cast<std::size_t>(*announced_) : 0;
+        const std::uint64_t left = window_.size() - std::min(window_.size(), window_.offset());
+        return std::min<std::size_t>(announced, left / (components * fixedfield::kRealWidth + 1) + 1);
+    }
+
+    /// Reads rows as long as they are exactly as the solver prints them: " -1", the node in ten columns, a
+    /// value in each twelve, line feed. Stops at the first that is not, for slowRow.
+    void fastRows(FrdBlock& block) {
+        if (numberWidth_ != fixedfield::kIntegerWidth) return;
+        switch (block.components.size()) {
+        case 1:
+            return fastRowsOf<1>(block);
+        case 3:
+            return fastRowsOf<3>(block);
+        case 6:
+            return fastRowsOf<6>(block);
+        default:
+            return;
+        }
+    }
+
+    template <std::size_t Count>
+    void fastRowsOf(FrdBlock& block) {
+        constexpr std::size_t kFirst = kMarkWidth + fixedfield::kIntegerWidth;
+        constexpr std::size_t kLength = kFirst + Count * fixedfield::kRealWidth + 1;
+        while (true) {
+            const std::string_view text = window_.peek(kLength);
+            const std::size_t most = std::min(text.size() / kLength, kRowsAtOnce);
+            const std::size_t before = block.nodes.size();
+            block.nodes.resize(before + most);
+            std::array<float*, Count> out;
+            for (std::size_t c = 0; c < Count; ++c) {
+                block.values[c].resize(before + most);
+                out[c] = block.values[c].data() + before;
+            }
+            std::int32_t* const nodes = block.nodes.data() + before;
+            const char* row = text.data();
+            std::size_t done = 0;
+            for (; done < most; ++done, row += kLength) {
+                if (row[0] != ' ' || row[1] != '-' || row[2] != '1' || row[kLength - 1] != '\n') break;
+                const std::int32_t node = fixedfield::readInteger(row + kMarkWidth);
+                bool bad = node < 0;
+                for (std::size_t c = 0; c < Count; ++c) {
+                    const auto real = fixedfield::readReal(row + kFirst + c * fixedfield::kRealWidth);
+                    out[c][done] = real.value;
+                    bad |= real.bad;
+                }
+                if (bad) break;
+                nodes[done] = node;
+            }
+            block.nodes.resize(before + done);
+            for (auto& table : block.values)
+                table.resize(before + done);
+            window_.skipLines(done * kLength, done);
+            if (done < most || most == 0) return;
+        }
+    }
+
+    /// Any row, with its continuation lines, by column.
+    bool slowRow(FrdBlock& block, std::string_view line) {
+        const auto node = integerColumn(line, kMarkWidth, numberWidth_);
+        if (!line.starts_with(" -1") || !node || *node < 1)
+            return fail("this is no line of values of block " + block.name);
+        const std::size_t count = block.components.size();
+        for (std::size_t c = 0; c < count; ++c) {
+            const std::size_t place = c % kValuesPerLine;
+            if (c > 0 && place == 0) {
+                if (!window_.nextLine(line)) return failTruncated(("block " + block.name).c_str());
+                if (!line.starts_with(" -2"))
+                    return fail("node " + std::to_string(*node) + " has too few values");
+            }
+            const std::string_view field = column(
+                line, kMarkWidth + numberWidth_ + place * fixedfield::kRealWidth, fixedfield::kRealWidth);
+            float value = 0;
+            const auto status = fixedfield::parseReal(field, value);
+            if (status != fixedfield::RealStatus::Good) return failValue(block, *node, c, field, status);
+            block.values[c].push_back(value);
+        }
+        const std::size_t end =
+            kMarkWidth + numberWidth_ + ((count - 1) % kValuesPerLine + 1) * fixedfield::kRealWidth;
+        if (!trimmed(column(line, end, std::string_view::npos)).empty())
+            return fail("node " + std::to_string(*node) + " has more than the " + std::to_string(count) +
+                        " values of block " + block.name);
+        block.nodes.push_back(*node);
+        return true;
+    }
+
+    bool failValue(const FrdBlock& block, std::int32_t node, std::size_t component, std::string_view field,
+                   fixedfield::RealStatus status) {
+        const std::string_view text = trimmed(field);
+        return fail("block " + block.name + ", node " + std::to_string(node) + ", component " +
+                    block.components[component] + ": " +
+                    (text.empty() ? std::string("the value is missing")
+                                  : "'" + std::string(text) + "'" +
+                                        (status == fixedfield::RealStatus::TooLarge
+                                             ? " is too large for a result value"
+                                             : " is no finite number")));
+    }
+
+    TextWindow& window_;
+    FrdSink& sink_;
+    FrdBlock header_; ///< step, increment and mode of the next block
+    std::size_t numberWidth_ = 10;
+    std::optional<int> announced_;
+    std::string error_;
+};
+
+} // namespace
+
+Result<void> readFrd(TextWindow& window, FrdSink& sink) {
+    return FrdParser(window, sink).run();
+}
+
+} // namespace workbench

@@ -1,0 +1,201 @@
+#include "workbench/import/ImportProject.h"
+
+#include "host/ElementTypes.h"
+#include "workbench/document/DocumentFile.h"
+#include "workbench/import/FileSet.h"
+#include "workbench/import/InpReader.h"
+#include "workbench/import/ModelBuilder.h"
+#include "workbench/import/ProjectReferences.h"
+#include "workbench/import/SolverLog.h"
+
+#include <algorithm>
+#include <chrono>
+#include <map>
+
+namespace workbench {
+namespace {
+
+class ProjectImport {
+  public:
+    ProjectImport(const std::filesystem::path& modelPath, const ImportProgress& progress)
+        : modelPath_(modelPath)
+        , progress_(progress) {}
+
+    Result<ImportReport> run(const std::filesystem::path& deckPath) {
+        auto deck = readProjectDeck(deckPath);
+        if (!deck) return deck.error();
+        deck_ = std::move(*deck);
+        for (auto step : {&ProjectImport::readSolverDecks, &ProjectImport::buildModel,
+                          &ProjectImport::writeResults, &ProjectImport::finishModel, &ProjectImport::saveAll})
+            if (auto done = (this->*step)(); !done) return done.error();
+        return std::move(report_);
+    }
+
+  private:
+    void tell(const std::string& what, double fraction) const {
+        if (progress_) progress_(what, fraction);
+    }
+
+    void warn(const std::vector<std::string>& warnings) {
+        for (const std::string& warning : warnings)
+            if (std::find(report_.warnings.begin(), report_.warnings.end(), warning) ==
+                report_.warnings.end())
+                report_.warnings.push_back(warning);
+    }
+
+    Result<void> readSolverDecks() {
+        for (const DeckAnalysis& analysis : deck_.analyses) {
+            tell("Reading " + analysis.deck.filename().string(), 0);
+            auto solverDeck = readInp(analysis.deck);
+            if (!solverDeck) return solverDeck.error();
+            warn(solverDeck->warnings);
+            warnOfAge(analysis);
+            if (!solverDecks_.empty())
+                if (auto same = requireSameModel(analysis, *solverDeck); !same) return same;
+            solverDecks_.push_back(std::move(*solverDeck));
+        }
+        if (solverDecks_.front().elementNumbers.empty())
+            return Error{deck_.analyses.front().deck.string() +
+                         " has no elements of a type that is read; nothing can be shown or computed"};
+        DeckErrors errors(deck_.fileName);
+        resolveCases(deck_, solverDecks_, errors);
+        checkReferences(deck_, solverDecks_.front(), errors);
+        return errors.empty() ? Result<void>() : Result<void>(errors.toError());
+    }
+
+    void warnOfAge(const DeckAnalysis& analysis) {
+        std::error_code code;
+        const auto deckTime = std::filesystem::last_write_time(analysis.deck, code);
+        if (code) return;
+        const auto resultTime = std::filesystem::last_write_time(analysis.results, code);
+        if (!code && resultTime + std::chrono::seconds(1) < deckTime)
+            report_.warnings.push_back(analysis.results.string() + " is older than " +
+                                       analysis.deck.string() +
+                                       "; solve again if the deck has changed since");
+    }
+
+    /// All analyses of a document share its mesh. Of the later ones only the steps are kept.
+    Result<void> requireSameModel(const DeckAnalysis& analysis, SolverDeck& other) {
+        const SolverDeck& first = solverDecks_.front();
+        if (const std::string difference = meshDifference(first, other); !difference.empty())
+            return Error{analysis.deck.string() + ": its mesh is not that of " +
+                         deck_.analyses.front().deck.string() + " (" + difference +
+                         "); analyses of one document share one mesh"};
+        if (!sameMaterials(first, other))
+            report_.warnings.push_back(analysis.deck.string() +
+                                       ": its materials or sections differ from those of " +
+                                       deck_.analyses.front().deck.string() + ", which the document holds");
+        SolverDeck kept;
+        kept.steps = std::move(other.steps);
+        other = std::move(kept);
+        return {};
+    }
+
+    Result<void> buildModel() {
+        database_.beginTransaction(L"Import");
+        if (database_.setUnits({deck_.forceUnit, deck_.lengthUnit}) == 0)
+            return Error{"the document does not take the units " + deck_.forceUnit + " and " +
+                         deck_.lengthUnit};
+        std::vector<std::string> warnings;
+        if (auto added = addModel(solverDecks_.front(), database_, warnings); !added) return added;
+        warn(warnings);
+        for (const std::uint8_t type : database_.mesh().elementTypes)
+            cornerCounts_.push_back(elementNodeCount(type));
+        report_.nodeCount = database_.mesh().nodeCount();
+        report_.elementCount = database_.mesh().elementCount();
+        return {};
+    }
+
+    Result<void> writeResults() {
+        for (std::size_t i = 0; i < deck_.analyses.size(); ++i)
+            if (auto written = writeResultFile(i); !written) return written;
+        return {};
+    }
+
+    std::filesystem::path resultFilePath(const DeckAnalysis& analysis) const {
+        std::u8string name = modelPath_.stem().u8string() + u8"_";
+        name.append(analysis.name.begin(), analysis.name.end());
+        return modelPath_.parent_path() / std::filesystem::path(name + u8".lmop");
+    }
+
+    Result<void> writeResultFile(std::size_t index) {
+        const DeckAnalysis& analysis = deck_.analyses[index];
+        const T_QM_MESH_D& mesh = database_.mesh();
+        auto writer = resultfile::Writer::create(resultFilePath(analysis), analysis.name, "vexa import");
+        if (!writer) return writer.error();
+        if (auto set = writer->setMesh({mesh.nodeNumbers, mesh.elementNumbers, cornerCounts_}); !set)
+            return set;
+        auto window = TextWindow::openFile(analysis.results);
+        if (!window) return window.error();
+        ResultImport import(
+            *writer, {mesh.nodeNumbers, mesh.elementNumbers, solverDecks_.front().leftOutElements},
+            solverDecks_[index].steps, analysis.cases, analysis.results.string(), [&](double part) {
+                tell("Reading " + analysis.results.filename().string(),
+                     (static_cast<double>(index) + part) / static_cast<double>(deck_.analyses.size()));
+            });
+        auto read = readFrd(*window, import);
+        if (read) read = import.finish();
+        if (!read) return Error{read.error().message + solverLastWords(analysis.results)};
+        warn(import.warnings());
+        report_.analyses.push_back({analysis.name, resultFilePath(analysis), import.cases()});
+        writers_.push_back(std::move(*writer));
+        return {};
+    }
+
+    Result<void> finishModel() {
+        DeckErrors errors(deck_.fileName);
+        checkSteps(deck_, report_.analyses, errors);
+        if (!errors.empty()) return errors.toError();
+        std::map<std::string, ItrKey> keys;
+        for (std::size_t i = 0; i < deck_.analyses.size(); ++i) {
+            const auto key = addAnalysis(deck_.analyses[i].name, deck_.analyses[i].typeCode, database_);
+            if (!key) return key.error();
+            keys[deck_.analyses[i].name] = *key;
+            const ImportedAnalysis& imported = report_.analyses[i];
+            std::size_t keyCount = imported.cases.size();
+            for (const ImportedCase& one : imported.cases)
+                keyCount += one.steps.size();
+            const std::u8string file = imported.resultFile.filename().u8string();
+            if (database_.addResultFile(*key, std::string(file.begin(), file.end()),
+                                        static_cast<std::uint32_t>(keyCount), true) == 0)
+                return Error{"the document does not take the result file " + imported.resultFile.string()};
+        }
+        if (auto added = addFatigueRecords(deck_, keys, database_); !added) return added;
+        for (const DeckFatigue& fatigue : deck_.fatigue)
+            report_.fatigueNames.push_back(fatigue.name);
+        if (database_.commitTransaction() == 0)
+            return Error{"the document could not keep the imported model"};
+        database_.ClearUndo();
+        return {};
+    }
+
+    Result<void> saveAll() {
+        tell("Saving " + modelPath_.filename().string(), 1);
+        FileSet files;
+        for (std::size_t i = 0; i < writers_.size(); ++i)
+            if (auto done = files.add(report_.analyses[i].resultFile, [&] { return writers_[i].commit(); });
+                !done)
+                return done;
+        if (auto saved = saveDocument(database_, modelPath_); !saved) return saved;
+        files.keep();
+        return {};
+    }
+
+    std::filesystem::path modelPath_;
+    const ImportProgress& progress_;
+    ProjectDeck deck_;
+    std::vector<SolverDeck> solverDecks_;
+    ModelDatabase database_;
+    std::vector<std::int32_t> cornerCounts_;
+    std::vector<resultfile::Writer> writers_; ///< one an analysis, all but committed
+    ImportReport report_;
+};
+
+} // namespace
+
+Result<ImportReport> importProject(const std::filesystem::path& deckPath,
+                                   const std::filesystem::path& modelPath, const ImportProgress& progress) {
+    return ProjectImport(modelPath, progress).run(deckPath);
+}
+
+} // namespace workbench

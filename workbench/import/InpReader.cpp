@@ -1,0 +1,569 @@
+#include "workbench/import/InpReader.h"
+
+#include "workbench/import/ElementCards.h"
+#include "workbench/import/InpCard.h"
+#include "workbench/import/InpRaw.h"
+#include "workbench/import/Names.h"
+#include "workbench/import/TextWindow.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <limits>
+#include <span>
+#include <unordered_map>
+
+namespace workbench {
+namespace {
+
+constexpr std::string_view kProcedures[] = {"STATIC",
+                                            "FREQUENCY",
+                                            "BUCKLE",
+                                            "DYNAMIC",
+                                            "MODAL DYNAMIC",
+                                            "STEADY STATE DYNAMICS",
+                                            "COMPLEX FREQUENCY",
+                                            "HEAT TRANSFER",
+                                            "COUPLED TEMPERATURE-DISPLACEMENT",
+                                            "UNCOUPLED TEMPERATURE-DISPLACEMENT",
+                                            "VISCO",
+                                            "ELECTROMAGNETICS",
+                                            "SENSITIVITY",
+                                            "GREEN",
+                                            "NO ANALYSIS",
+                                            "SUBSTRUCTURE GENERATE",
+                                            "CRACK PROPAGATION"};
+
+/// Requests for the result file, and those for other files.
+constexpr std::string_view kResultRequests[] = {"NODE FILE",      "EL FILE",      "NODE OUTPUT",
+                                                "ELEMENT OUTPUT", "CONTACT FILE", "CONTACT OUTPUT"};
+constexpr std::string_view kPrintRequests[] = {"NODE PRINT",    "EL PRINT", "CONTACT PRINT",
+                                               "SECTION PRINT", "OUTPUT",   "RESTART"};
+
+constexpr std::string_view kLoads[] = {
+    "BOUNDARY", "CLOAD",       "DLOAD",     "DSLOAD",   "TEMPERATURE",
+    "CFLUX",    "DFLUX",       "FILM",      "RADIATE",  "BASE MOTION",
+    "EQUATION", "MPC",         "AMPLITUDE", "COUPLING", "INITIAL CONDITIONS",
+    "TIE",      "CONTACT PAIR"};
+
+bool isOneOf(std::string_view keyword, std::span<const std::string_view> list) {
+    return std::find(list.begin(), list.end(), keyword) != list.end();
+}
+
+class InpParser {
+  public:
+    explicit InpParser(std::filesystem::path folder)
+        : folder_(std::move(folder)) {}
+
+    Result<SolverDeck> run(TextWindow& window) {
+        if (!readWindow(window)) return Error{error_};
+        if (!endElementCard()) return Error{error_};
+        if (auto assembled = assembleMesh(raw_, deck_); !assembled) return assembled.error();
+        if (!checkSections()) return Error{error_};
+        collectNotes();
+        return std::move(deck_);
+    }
+
+    /// Files that are being read; a file that includes itself is found by them.
+    bool enterFile(const std::filesystem::path& path) {
+        std::error_code code;
+        std::filesystem::path resolved = std::filesystem::weakly_canonical(path, code);
+        if (code) resolved = path;
+        if (std::find(openFiles_.begin(), openFiles_.end(), resolved) != openFiles_.end()) return false;
+        openFiles_.push_back(std::move(resolved));
+        return true;
+    }
+
+  private:
+    using LineHandler = bool (InpParser::*)(std::string_view line);
+
+    bool fail(const std::string& message) {
+        if (error_.empty()) error_ = raw_.text(place_) + ": " + message;
+        return false;
+    }
+
+    bool readWindow(TextWindow& window) {
+        const InpPlace outer = place_;
+        raw_.files.push_back(window.name());
+        place_.file = static_cast<std::uint32_t>(raw_.files.size() - 1);
+        std::string_view line;
+        while (nextLine(window, line)) {
+            if (line.starts_with("**")) continue;
+            const std::string_view text = trimmed(line);
+            if (text.empty() || text.starts_with("**")) continue;
+            const bool good = text.front() == '*' ? readCard(window, text) : readData(text);
+            if (!good) return false;
+        }
+        if (!window.failure().empty()) {
+            error_ = window.failure();
+            return false;
+        }
+        place_ = outer;
+        return true;
+    }
+
+    bool nextLine(TextWindow& window, std::string_view& line) {
+        if (!window.nextLine(line)) return false;
+        place_.line = static_cast<std::uint32_t>(std::min<std::uint64_t>(window.lineNumber(), 0xFFFFFFFFu));
+        return true;
+    }
+
+    bool readCard(TextWindow& window, std::string_view line) {
+        std::string text(line);
+        const InpPlace start = place_;
+        std::string_view more;
+        while (text.ends_with(',') && nextLine(window, more))
+            if (!trimmed(more).starts_with("**")) text += trimmed(more);
+        place_.line = start.line; // messages name the line on which the card begins
+        InpCard card = parseCard(text);
+        if (card.keyword == "INCLUDE") return include(card);
+        if (!endElementCard()) return false;
+        card_ = std::move(card);
+        cardPlace_ = place_;
+        handler_ = nullptr;
+        return startCard();
+    }
+
+    bool readData(std::string_view line) {
+        if (card_.keyword.empty())
+            return fail("data stands before the first keyword; is this a solver deck?");
+        return handler_ ? (this->*handler_)(line) : true;
+    }
+
+    bool startCard() {
+        const std::string& keyword = card_.keyword;
+        struct Row {
+            std::string_view keyword;
+            bool (InpParser::*start)();
+        };
+        static constexpr Row kRows[] = {
+            {"NODE", &InpParser::startNode},         {"ELEMENT", &InpParser::startElement},
+            {"NSET", &InpParser::startNodeSet},      {"ELSET", &InpParser::startElementSet},
+            {"MATERIAL", &InpParser::startMaterial}, {"ELASTIC", &InpParser::startElastic},
+            {"DENSITY", &InpParser::startDensity},   {"SOLID SECTION", &InpParser::startSolidSection},
+            {"STEP", &InpParser::startStep},         {"END STEP", &InpParser::endStep},
+            {"HEADING", &InpParser::startHeading}};
+        for (const Row& row : kRows)
+            if (row.keyword == keyword) return (this->*row.start)();
+        if (isOneOf(keyword, kProcedures)) return procedure();
+        if (isOneOf(keyword, kResultRequests)) return resultRequest();
+        if (isOneOf(keyword, kPrintRequests)) return true;
+        if (isOneOf(keyword, kLoads))
+            note("*" + keyword, "*" + keyword + ": loads and supports are not kept in the model");
+        else
+            note("*" + keyword, "*" + keyword + " is not read");
+        return true;
+    }
+
+    // ---- nodes and elements ----
+
+    bool startNode() {
+        noteParametersBut({"NSET"});
+        currentSet_ = setOfParameter("NSET", raw_.nodeSets, nodeSetIndex_);
+        handler_ = &InpParser::nodeLine;
+        return true;
+    }
+
+    bool nodeLine(std::string_view line) {
+        InpFields fields(line);
+        int number = 0;
+        if (!numberField(fields, "node number", number)) return false;
+        std::array<double, 3> position{};
+        std::string_view field;
+        for (std::size_t axis = 0; fields.next(field); ++axis) {
+            if (axis == 3) return fail("node " + std::to_string(number) + " has more than three coordinates");
+            const auto value = parseReal(field);
+            if (!value)
+                return fail("'" + std::string(field) + "' is no coordinate of node " +
+                            std::to_string(number));
+            position[axis] = *value;
+        }
+        raw_.nodeNumbers.push_back(number);
+        raw_.nodePositions.push_back(position);
+        raw_.nodePlaces.push_back(place_);
+        if (currentSet_ != kNoSet) raw_.nodeSets[currentSet_].addNumber(number, true);
+        return true;
+    }
+
+    bool startElement() {
+        noteParametersBut({"TYPE", "ELSET"});
+        const std::string* type = card_.find("TYPE");
+        if (!type) return fail("*ELEMENT has no TYPE");
+        const std::string name = upperCase(*type);
+        currentSet_ = setOfParameter("ELSET", raw_.elementSets, elementSetIndex_);
+        if (const auto known = elementTypeOfCard(name)) {
+            elementType_ = *known;
+            handler_ = &InpParser::elementLine;
+            return true;
+        }
+        leftOutType_ = name;
+        leftOutContinues_ = false;
+        handler_ = &InpParser::leftOutElementLine;
+        return true;
+    }
+
+    /// Nodes of an element go on over as many lines as it takes.
+    bool elementLine(std::string_view line) {
+        InpFields fields(line);
+        std::string_view field;
+        if (pendingNodes_ == 0) {
+            int number = 0;
+            if (!numberField(fields, "element number", number)) return false;
+            raw_.elementNumbers.push_back(number);
+            raw_.elementTypes.push_back(static_cast<std::uint8_t>(elementType_));
+            raw_.elementPlaces.push_back(place_);
+            pendingNodes_ = elementNodeCount(static_cast<std::uint8_t>(elementType_));
+            if (currentSet_ != kNoSet) raw_.elementSets[currentSet_].addNumber(number, true);
+        }
+        while (fields.next(field)) {
+            if (pendingNodes_ == 0)
+                return fail("element " + std::to_string(raw_.elementNumbers.back()) + " has more than the " +
+                            std::to_string(elementNodeCount(raw_.elementTypes.back())) +
+                            " nodes of its type");
+            const auto node = parseInteger(field);
+            if (!node || *node < 1)
+                return fail("'" + std::string(field) + "' is no node number of element " +
+                            std::to_string(raw_.elementNumbers.back()));
+            raw_.elementNodes.push_back(*node);
+            --pendingNodes_;
+        }
+        if (pendingNodes_ == 0)
+            raw_.elementNodeOffsets.push_back(static_cast<std::uint32_t>(raw_.elementNodes.size()));
+        return true;
+    }
+
+    /// Elements of other types are counted, so that sets and results that name them are understood.
+    bool leftOutElementLine(std::string_view line) {
+        if (!leftOutContinues_) {
+            InpFields fields(line);
+            int number = 0;
+            if (!numberField(fields, "element number", number)) return false;
+            raw_.leftOutElements.push_back(number);
+            note("TYPE " + leftOutType_, "elements of type " + leftOutType_ + " are not read and left out",
+                 " elements");
+        }
+        leftOutContinues_ = line.back() == ',';
+        return true;
+    }
+
+    bool endElementCard() {
+        if (pendingNodes_ == 0) return true;
+        return fail("element " + std::to_string(raw_.elementNumbers.back()) + " lacks " +
+                    std::to_string(pendingNodes_) + " of its " +
+                    std::to_string(elementNodeCount(raw_.elementTypes.back())) + " nodes");
+    }
+
+    // ---- sets ----
+
+    static constexpr std::size_t kNoSet = std::numeric_limits<std::size_t>::max();
+    using SetIndex = std::unordered_map<std::string, std::size_t>;
+
+    std::size_t setNamed(const std::string& name, std::vector<InpRawSet>& sets, SetIndex& index) {
+        const auto [found, isNew] = index.try_emplace(upperCase(name), sets.size());
+        if (isNew) {
+            sets.emplace_back();
+            sets.back().name = name;
+            sets.back().place = cardPlace_;
+        }
+        return found->second;
+    }
+
+    std::size_t setOfParameter(std::string_view parameter, std::vector<InpRawSet>& sets, SetIndex& index) {
+        const std::string* name = card_.find(parameter);
+        return name && !name->empty() ? setNamed(*name, sets, index) : kNoSet;
+    }
+
+    bool startNodeSet() { return startSet("NSET", raw_.nodeSets, nodeSetIndex_); }
+    bool startElementSet() { return startSet("ELSET", raw_.elementSets, elementSetIndex_); }
+
+    bool startSet(std::string_view parameter, std::vector<InpRawSet>& sets, SetIndex& index) {
+        noteParametersBut({parameter, "GENERATE", "UNSORTED"});
+        currentSet_ = setOfParameter(parameter, sets, index);
+        if (currentSet_ == kNoSet)
+            return fail("*" + card_.keyword + " has no name (" + std::string(parameter) + "=...)");
+        currentSets_ = &sets;
+        handler_ = card_.has("GENERATE") ? &InpParser::generateLine : &InpParser::setLine;
+        return true;
+    }
+
+    bool setLine(std::string_view line) {
+        InpRawSet& set = (*currentSets_)[currentSet_];
+        InpFields fields(line);
+        std::string_view field;
+        while (fields.next(field)) {
+            if (field.empty()) continue;
+            if (const auto number = parseInteger(field)) {
+                if (*number < 1) return fail("'" + std::string(field) + "' is no number of a set member");
+                set.addNumber(*number, true);
+            } else {
+                if (field.size() >= 2 && field.front() == '"') field = field.substr(1, field.size() - 2);
+                set.references.push_back({std::string(field), place_});
+            }
+        }
+        return true;
+    }
+
+    bool generateLine(std::string_view line) {
+        InpFields fields(line);
+        int first = 0;
+        if (!numberField(fields, "first number of a range", first)) return false;
+        int last = first, step = 1;
+        std::string_view field;
+        if (fields.next(field) && !field.empty() && !numberOf(field, "last number of a range", last))
+            return false;
+        if (fields.next(field) && !field.empty() && !numberOf(field, "step of a range", step)) return false;
+        if (last < first) return fail("the range ends before it begins");
+        (*currentSets_)[currentSet_].ranges.push_back({first, last, step, false});
+        return true;
+    }
+
+    // ---- materials and sections ----
+
+    bool startMaterial() {
+        noteParametersBut({"NAME"});
+        const std::string* name = card_.find("NAME");
+        if (!name || name->empty()) return fail("*MATERIAL has no NAME");
+        for (const SolverMaterial& material : deck_.materials)
+            if (equalIgnoringCase(material.name, *name))
+                return fail("material '" + *name + "' was given before, at " + material.place);
+        deck_.materials.emplace_back();
+        deck_.materials.back().name = *name;
+        deck_.materials.back().place = raw_.text(place_);
+        return true;
+    }
+
+    bool startElastic() {
+        if (deck_.materials.empty()) return fail("*ELASTIC stands before any *MATERIAL");
+        const std::string* type = card_.find("TYPE");
+        if (type && !type->empty() && !equalIgnoringCase(*type, "ISO") &&
+            !equalIgnoringCase(*type, "ISOTROPIC")) {
+            note("ELASTIC " + upperCase(*type), "*ELASTIC of type " + upperCase(*type) + " is not read");
+            return true;
+        }
+        constantsLines_ = 0;
+        handler_ = &InpParser::elasticLine;
+        return true;
+    }
+
+    bool elasticLine(std::string_view line) {
+        if (constantsLines_++ > 0) return noteTemperatures();
+        InpFields fields(line);
+        SolverMaterial& material = deck_.materials.back();
+        if (!realField(fields, "elastic modulus", material.elasticModulus)) return false;
+        if (!realField(fields, "Poisson's ratio", material.poissonRatio)) return false;
+        if (material.elasticModulus <= 0)
+            return fail("the elastic modulus of material '" + material.name + "' is not positive");
+        return true;
+    }
+
+    bool startDensity() {
+        if (deck_.materials.empty()) return fail("*DENSITY stands before any *MATERIAL");
+        constantsLines_ = 0;
+        handler_ = &InpParser::densityLine;
+        return true;
+    }
+
+    bool densityLine(std::string_view line) {
+        if (constantsLines_++ > 0) return noteTemperatures();
+        InpFields fields(line);
+        return realField(fields, "density", deck_.materials.back().density);
+    }
+
+    bool noteTemperatures() {
+        note("TEMPERATURES " + card_.keyword,
+             "*" + card_.keyword + " depends on the temperature; the first values are taken",
+             " further lines");
+        return true;
+    }
+
+    bool startSolidSection() {
+        noteParametersBut({"ELSET", "MATERIAL"});
+        const std::string* set = card_.find("ELSET");
+        const std::string* material = card_.find("MATERIAL");
+        if (!set || !material) return fail("*SOLID SECTION needs ELSET and MATERIAL");
+        deck_.sections.push_back({*set, *material, raw_.text(place_)});
+        return true;
+    }
+
+    bool checkSections() {
+        const auto missing = [&](const SolverSection& section, const std::string& what, const auto& records) {
+            std::vector<std::string> names;
+            for (const auto& record : records)
+                names.push_back(record.name);
+            error_ = section.place + ": " + what + " is not in the deck; it has " + listNames(names);
+            return false;
+        };
+        const auto holds = [](const auto& records, const std::string& name) {
+            return std::any_of(records.begin(), records.end(),
+                               [&](const auto& record) { return equalIgnoringCase(record.name, name); });
+        };
+        for (const SolverSection& section : deck_.sections) {
+            if (!holds(deck_.elementSets, section.elementSet))
+                return missing(section, "element set '" + section.elementSet + "'", deck_.elementSets);
+            if (!holds(deck_.materials, section.material))
+                return missing(section, "material '" + section.material + "'", deck_.materials);
+        }
+        return true;
+    }
+
+    // ---- steps ----
+
+    bool startHeading() {
+        handler_ = &InpParser::headingLine;
+        return true;
+    }
+
+    bool headingLine(std::string_view line) {
+        if (deck_.title.empty()) deck_.title = line;
+        return true;
+    }
+
+    bool startStep() {
+        SolverStep step;
+        step.place = raw_.text(place_);
+        step.requestsResults = false;
+        if (const std::string* name = card_.find("NAME")) step.title = *name;
+        deck_.steps.push_back(std::move(step));
+        insideStep_ = true;
+        handler_ = &InpParser::stepTitleLine;
+        return true;
+    }
+
+    bool stepTitleLine(std::string_view line) {
+        if (deck_.steps.back().title.empty()) deck_.steps.back().title = line;
+        return true;
+    }
+
+    bool endStep() {
+        insideStep_ = false;
+        return true;
+    }
+
+    bool procedure() {
+        if (!insideStep_) return fail("*" + card_.keyword + " stands outside of a *STEP");
+        deck_.steps.back().procedure = card_.keyword;
+        return true;
+    }
+
+    bool resultRequest() {
+        if (insideStep_) deck_.steps.back().requestsResults = true;
+        if (const std::string* global = card_.find("GLOBAL"); global && equalIgnoringCase(*global, "NO"))
+            note("GLOBAL",
+                 "*" + card_.keyword + " asks for results in local systems; they are stored as they stand");
+        return true;
+    }
+
+    // ---- included files ----
+
+    /// The file's lines stand in place of the card, so a card that is open goes on in it.
+    bool include(const InpCard& card) {
+        const std::string* input = card.find("INPUT");
+        if (!input || input->empty()) return fail("*INCLUDE has no INPUT");
+        const std::filesystem::path path = folder_ / *input;
+        if (openFiles_.size() >= 64) return fail("files include each other more than 64 deep");
+        std::error_code code;
+        if (!std::filesystem::exists(path, code))
+            return fail("the included file " + path.string() + " is not there");
+        if (!enterFile(path)) return fail(path.string() + " includes itself");
+        auto window = TextWindow::openFile(path);
+        if (!window) return fail(window.error().message);
+        const bool good = readWindow(*window);
+        openFiles_.pop_back();
+        return good;
+    }
+
+    // ---- fields and warnings ----
+
+    bool numberOf(std::string_view field, const char* what, int& number) {
+        const auto value = parseInteger(field);
+        if (!value || *value < 1)
+            return fail("'" + std::string(field) + "' is no " + what + " (1 to 2147483647)");
+        number = *value;
+        return true;
+    }
+
+    bool numberField(InpFields& fields, const char* what, int& number) {
+        std::string_view field;
+        if (!fields.next(field)) return fail(std::string("the ") + what + " is missing");
+        return numberOf(field, what, number);
+    }
+
+    bool realField(InpFields& fields, const char* what, double& number) {
+        std::string_view field;
+        if (!fields.next(field)) return true;
+        const auto value = parseReal(field);
+        if (!value) return fail("'" + std::string(field) + "' is no " + what);
+        number = *value;
+        return true;
+    }
+
+    /// Remembers a warning; later ones of the same key are only counted.
+    void note(const std::string& key, const std::string& text, const char* unit = " times") {
+        const auto [found, isNew] = noteIndex_.try_emplace(key, notes_.size());
+        if (isNew) notes_.push_back({raw_.text(place_) + ": " + text, unit, 0});
+        ++notes_[found->second].count;
+    }
+
+    void noteParametersBut(std::initializer_list<std::string_view> known) {
+        for (const InpCard::Parameter& parameter : card_.parameters)
+            if (std::find(known.begin(), known.end(), parameter.name) == known.end())
+                note(card_.keyword + "," + parameter.name,
+                     "*" + card_.keyword + ": the parameter " + parameter.name + " is not read");
+    }
+
+    void collectNotes() {
+        std::vector<std::string> texts;
+        for (const Note& entry : notes_)
+            texts.push_back(entry.text + (entry.count > 1
+                                              ? " (" + std::to_string(entry.count) + entry.unit + ")"
+                                              : std::string()));
+        deck_.warnings.insert(deck_.warnings.begin(), texts.begin(), texts.end());
+    }
+
+    struct Note {
+        std::string text;
+        const char* unit;
+        std::uint64_t count;
+    };
+
+    std::filesystem::path folder_;
+    std::vector<std::filesystem::path> openFiles_;
+    SolverDeck deck_;
+    InpRaw raw_;
+    std::string error_;
+    InpPlace place_;
+    InpPlace cardPlace_;
+
+    InpCard card_;
+    LineHandler handler_ = nullptr;
+    std::vector<InpRawSet>* currentSets_ = nullptr;
+    std::size_t currentSet_ = kNoSet;
+    SetIndex nodeSetIndex_;
+    SetIndex elementSetIndex_;
+    ElementType elementType_ = ElementType::Point;
+    int pendingNodes_ = 0;
+    std::string leftOutType_;
+    bool leftOutContinues_ = false;
+    int constantsLines_ = 0;
+    bool insideStep_ = false;
+
+    std::vector<Note> notes_;
+    std::unordered_map<std::string, std::size_t> noteIndex_;
+};
+
+} // namespace
+
+Result<SolverDeck> readInp(const std::filesystem::path& path) {
+    auto window = TextWindow::openFile(path);
+    if (!window) return window.error();
+    InpParser parser(path.parent_path());
+    parser.enterFile(path);
+    return parser.run(*window);
+}
+
+Result<SolverDeck> readInpText(std::string_view bytes, const std::string& name,
+                               const std::filesystem::path& folder) {
+    TextWindow window = TextWindow::overMemory(bytes, name);
+    return InpParser(folder).run(window);
+}
+
+} // namespace workbench

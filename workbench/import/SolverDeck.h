@@ -1,0 +1,60 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace workbench {
+
+/// An isotropic material of a solver deck; what the deck does not give is 0.
+struct SolverMaterial {
+    std::string name;
+    double elasticModulus = 0;
+    double poissonRatio = 0;
+    double density = 0;
+    std::string place; ///< "file:line"
+};
+
+/// A solid section: the material of an element set.
+struct SolverSection {
+    std::string elementSet;
+    std::string material;
+    std::string place;
+};
+
+struct SolverStep {
+    std::string title;
+    std::string procedure;       ///< keyword without its asterisk, as "STATIC"; empty when the step has none
+    bool requestsResults = true; ///< whether the deck asks for results in the result file from this step
+    std::string place;
+};
+
+struct SolverSet {
+    std::string name;
+    std::vector<std::int32_t> numbers; ///< ascending, each once
+};
+
+/// What a solver deck says about the model, by the numbers that its author gave.
+struct SolverDeck {
+    std::string title;
+    std::vector<std::int32_t> nodeNumbers; ///< strictly ascending
+    std::vector<std::array<double, 3>> nodePositions;
+
+    std::vector<std::int32_t> elementNumbers; ///< strictly ascending
+    std::vector<std::uint8_t> elementTypes;   ///< host element type codes
+    std::vector<std::uint32_t> elementNodeOffsets{0};
+    std::vector<std::uint32_t> elementNodes; ///< node positions, in the deck's order of nodes
+    /// Numbers of elements of types that are not read, ascending.
+    std::vector<std::int32_t> leftOutElements;
+
+    std::vector<SolverSet> nodeSets;    ///< in order of first appearance
+    std::vector<SolverSet> elementSets; ///< likewise
+    std::vector<SolverMaterial> materials;
+    std::vector<SolverSection> sections;
+    std::vector<SolverStep> steps;
+
+    std::vector<std::string> warnings; ///< what was found and not taken over, each with file and line
+};
+
+} // namespace workbench
