@@ -1,0 +1,139 @@
+#include "resultfile/ResultFile.h"
+#include "workbench/import/FrdReader.h"
+#include "workbench/import/ResultImport.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <numeric>
+#include <string>
+
+namespace {
+
+using namespace workbench;
+
+double secondsSince(std::chrono::steady_clock::time_point start) {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+template <class Work>
+double fastest(int runs, Work&& work) {
+    double best = 1e30;
+    for (int i = 0; i < runs; ++i) {
+        const auto start = std::chrono::steady_clock::now();
+        work();
+        best = std::min(best, secondsSince(start));
+    }
+    return best;
+}
+
+/// A stress block of `nodes` nodes as the solver prints it. Digits vary, so that nothing is predictable.
+std::string stressBlock(int nodes) {
+    std::string text = "    1C\n    1PSTEP                         1           1           1          \n";
+    char line[160];
+    std::snprintf(line, sizeof line, "  100CL  101 1.000000000%12d                     0    1           1\n",
+                  nodes);
+    text += line;
+    text += " -4  STRESS      6    1\n";
+    for (const char* name : {"SXX", "SYY", "SZZ", "SXY", "SYZ", "SZX"}) {
+        std::snprintf(line, sizeof line, " -5  %-8s    1    4    1    1\n", name);
+        text += line;
+    }
+    text.reserve(text.size() + std::size_t(nodes) * 86 + 16);
+    unsigned state = 1;
+    for (int node = 1; node <= nodes; ++node) {
+        int length = std::snprintf(line, sizeof line, " -1%10d", node);
+        for (int c = 0; c < 6; ++c) {
+            state = state * 1664525u + 1013904223u;
+            length += std::snprintf(line + length, sizeof line - std::size_t(length), "%12.5E",
+                                    (int(state >> 8) - (1 << 23)) * (state % 7 == 0 ? 1e-9 : 1e-4));
+        }
+        line[length] = '\n';
+        text.append(line, std::size_t(length) + 1);
+    }
+    return text + " -3\n 9999\n";
+}
+
+std::size_t countLines(const std::string& text) {
+    std::size_t lines = 0;
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    while (const void* found = std::memchr(at, '\n', std::size_t(end - at))) {
+        at = static_cast<const char*>(found) + 1;
+        ++lines;
+    }
+    return lines;
+}
+
+struct Discard final : FrdSink {
+    std::size_t values = 0;
+    Result<void> meshNodes(std::span<const std::int32_t>) override { return {}; }
+    Result<void> meshElements(std::span<const std::int32_t>) override { return {}; }
+    bool wants(const FrdBlock&) override { return true; }
+    Result<void> block(FrdBlock& block, std::uint64_t, std::uint64_t) override {
+        values = block.nodes.size() * block.values.size();
+        return {};
+    }
+};
+
+void require(const Result<void>& done) {
+    if (done) return;
+    std::fprintf(stderr, "%s\n", done.error().message.c_str());
+    std::exit(1);
+}
+
+/// The whole way of a result file, from the disk to a result file of ours.
+void store(const std::filesystem::path& source, const std::filesystem::path& target, int nodes) {
+    std::vector<std::int32_t> numbers(std::size_t(nodes), 0);
+    std::iota(numbers.begin(), numbers.end(), 1);
+    auto writer = resultfile::Writer::create(target, "Benchmark", "bench_import");
+    if (!writer) require(writer.error());
+    require(writer->setMesh({numbers, {}, {}}));
+    auto window = TextWindow::openFile(source);
+    if (!window) require(window.error());
+    const std::vector<SolverStep> steps(1);
+    const std::vector<std::string> cases{"Step 1"};
+    ResultImport import(*writer, {numbers, {}, {}}, steps, cases, source.string(), {});
+    require(readFrd(*window, import));
+    require(import.finish());
+    require(writer->commit());
+}
+
+} // namespace
+
+int main() {
+    constexpr int kNodes = 1000000;
+    const std::string text = stressBlock(kNodes);
+    const double megabytes = double(text.size()) / 1e6;
+
+    std::size_t lines = 0;
+    const double scan = fastest(5, [&] { lines = countLines(text); });
+    Discard sink;
+    const double parse = fastest(5, [&] {
+        TextWindow window = TextWindow::overMemory(text, "benchmark.frd");
+        require(readFrd(window, sink));
+    });
+    const auto folder = std::filesystem::temp_directory_path() /
+                        ("vexa-bench-import-" + std::to_string(lines) + "-" +
+                         std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
+    std::filesystem::create_directory(folder);
+    std::FILE* file = std::fopen((folder / "a.frd").string().c_str(), "wb");
+    if (!file || std::fwrite(text.data(), 1, text.size(), file) != text.size() || std::fclose(file) != 0) {
+        std::fprintf(stderr, "cannot write into %s\n", folder.string().c_str());
+        return 1;
+    }
+    const double stored = fastest(2, [&] { store(folder / "a.frd", folder / "a.lmop", kNodes); });
+    std::filesystem::remove_all(folder);
+
+    std::printf("import of a result file: %d nodes, %zu values, %.0f MB of text\n", kNodes, sink.values,
+                megabytes);
+    std::printf("  line ends alone   %8.1f ms  %7.0f MB/s\n", scan * 1e3, megabytes / scan);
+    std::printf("  parsing           %8.1f ms  %7.0f MB/s  %.3f of line ends (limit 0.12, goal 0.2)\n",
+                parse * 1e3, megabytes / parse, scan / parse);
+    std::printf("  parsing, storing  %8.1f ms  %7.0f MB/s  from file to result file, flushed to the disk\n",
+                stored * 1e3, megabytes / stored);
+    return 0;
+}

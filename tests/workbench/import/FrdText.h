@@ -1,0 +1,94 @@
+#pragma once
+
+#include <cstdarg>
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <vector>
+
+/// Writes result files as the solver prints them.
+class FrdText {
+  public:
+    explicit FrdText(bool shortFormat = false)
+        : short_(shortFormat) {
+        text_ = "    1C\n    1UUSER\n    1UPGM               CalculiX\n";
+    }
+
+    FrdText& mesh(const std::vector<int>& nodes, const std::vector<int>& elements) {
+        add("    2C                  %12d%37s%d\n", int(nodes.size()), "", short_ ? 0 : 1);
+        for (const int node : nodes)
+            row(node, {0, 0, 0});
+        add(" -3\n    3C                  %12d%37s%d\n", int(elements.size()), "", short_ ? 0 : 1);
+        for (const int element : elements) {
+            add(short_ ? " -1%5d" : " -1%10d", element);
+            add("    1    0    1\n -2         1         2\n");
+        }
+        text_ += " -3\n";
+        return *this;
+    }
+
+    /// The header of a block up to its first row; "ALL" is a component without values.
+    FrdText& header(const std::string& name, const std::vector<std::string>& components, int nodeCount,
+                    int step = 1, int increment = 1, double value = 1, int mode = 0) {
+        add("    1PSTEP %25d %11d %11d\n", ++blocks_, increment, step);
+        if (mode > 0) add("    1PMODE %25d\n", mode);
+        add("  100CL  %3d%12.5E%12d%20s%2d%5d%10s%2d\n", 100 + blocks_, value, nodeCount, "", 0, 1, "",
+            short_ ? 0 : 1);
+        add(" -4  %-8s%5d    1\n", name.c_str(), int(components.size()));
+        for (const std::string& component : components)
+            add(" -5  %-8s    1    2    1    0%s\n", component.c_str(), component == "ALL" ? "    1ALL" : "");
+        return *this;
+    }
+
+    FrdText& row(int node, const std::vector<double>& values) {
+        add(short_ ? " -1%5d" : " -1%10d", node);
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            if (i > 0 && i % 6 == 0) add(short_ ? "\n -2%5s" : "\n -2%10s", "");
+            add("%12.5E", values[i]);
+        }
+        text_ += "\n";
+        return *this;
+    }
+
+    FrdText& endBlock() {
+        text_ += " -3\n";
+        return *this;
+    }
+
+    FrdText& block(const std::string& name, const std::vector<std::string>& components,
+                   const std::vector<int>& nodes, const std::function<double(int node, int component)>& value,
+                   int step = 1, int increment = 1, double time = 1, int mode = 0) {
+        header(name, components, int(nodes.size()), step, increment, time, mode);
+        for (const int node : nodes) {
+            std::vector<double> values;
+            for (std::size_t c = 0; c < components.size(); ++c)
+                if (components[c] != "ALL") values.push_back(value(node, int(c)));
+            row(node, values);
+        }
+        return endBlock();
+    }
+
+    FrdText& raw(const std::string& text) {
+        text_ += text;
+        return *this;
+    }
+
+    std::string end() const { return text_ + " 9999\n"; }
+
+  private:
+    [[gnu::format(printf, 2, 3)]] void add(const char* format, ...) {
+        char line[256];
+        std::va_list arguments;
+        va_start(arguments, format);
+        std::vsnprintf(line, sizeof line, format, arguments);
+        va_end(arguments);
+        text_ += line;
+    }
+
+    bool short_;
+    int blocks_ = 0;
+    std::string text_;
+};
+
+inline const std::vector<std::string> kDisplacement{"D1", "D2", "D3", "ALL"};
+inline const std::vector<std::string> kStress{"SXX", "SYY", "SZZ", "SXY", "SYZ", "SZX"};
