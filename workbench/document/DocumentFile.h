@@ -29,7 +29,9 @@ Result<std::unique_ptr<ModelDatabase>> openDocument(const std::filesystem::path&
 Result<std::unique_ptr<ModelDatabase>> openDocumentRecords(const std::filesystem::path& path,
                                                            DocumentSummary& summary);
 
-/// Writes a document whole: the file at `path` is the old or the new one at any moment.
+/// Saves a document: the file at `path` is the old or the new one at any moment. Over the file that
+/// `database` was read from or last saved to, it writes only what changed as long as the mesh did not, and
+/// refuses to when another program has changed the file since. Refused, too, in an open transaction.
 Result<void> saveDocument(ModelDatabase& database, const std::filesystem::path& path);
 
 } // namespace workbench

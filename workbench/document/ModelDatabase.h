@@ -29,7 +29,9 @@ struct DocumentUnits {
 };
 
 /// The model database of one document: record pools, the mesh, and the registered result files, in memory.
-/// All changes are made inside a transaction, which is undone as one step.
+/// All changes are made inside a transaction, which is undone as one step; the last 100 can be undone. A
+/// property that elements have, and an analysis that result files belong to, cannot be deleted. For one
+/// thread.
 class ModelDatabase final : public CQMDBSession {
   public:
     ModelDatabase();
