@@ -5,11 +5,7 @@
 namespace fatigue {
 
 void NodeMaterials::clear() {
-    pending_ = {};
-    nodes_ = {};
-    indices_ = {};
-    limit_ = kFirstLimit;
-    next_ = 0;
+    *this = NodeMaterials();
 }
 
 void NodeMaterials::add(std::uint64_t node, std::int32_t index) {
@@ -35,7 +31,7 @@ void NodeMaterials::settle() {
         nodes_[i] = pending_[i].node;
         indices_[i] = pending_[i].index;
     }
-    pending_ = {};
+    pending_ = std::vector<Pair>();
     next_ = 0;
 }
 

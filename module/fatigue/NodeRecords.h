@@ -17,7 +17,7 @@ struct NodeSection {
 };
 
 /// Writes the node section: per node its numbers and counts, its material indices if any, and its components
-/// for each load. Values are brought into node order in blocks of nodes that stay in the fast cache.
+/// for each load. Values are brought into node order in blocks of nodes that stay in the cache.
 void writeNodes(RecordWriter& records, const NodeSection& section, NodeMaterials& materials);
 
 } // namespace fatigue

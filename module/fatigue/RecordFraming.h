@@ -53,9 +53,10 @@ class RecordWriter {
     template <class... Fields>
     std::int32_t frame(const Fields&... fields) {
         const std::int32_t length = static_cast<std::int32_t>((byteCount(fields) + ...));
-        archive_ << length;
-        (put(fields), ...);
-        archive_ << length;
+        CArchive& archive = archive_; // a local reference: the bytes stored could alias the member
+        archive << length;
+        (put(archive, fields), ...);
+        archive << length;
         return length;
     }
 
@@ -67,13 +68,15 @@ class RecordWriter {
         return values.size() * (std::is_same_v<T, std::int32_t> ? sizeof(std::int32_t) : sizeof(double));
     }
 
-    void put(std::int32_t value) { archive_ << value; }
-    void put(double value) { archive_ << value; }
-    void put(const TextField& text) { archive_.Write(text.bytes.data(), text.bytes.size()); }
+    static void put(CArchive& archive, std::int32_t value) { archive << value; }
+    static void put(CArchive& archive, double value) { archive << value; }
+    static void put(CArchive& archive, const TextField& text) {
+        archive.Write(text.bytes.data(), text.bytes.size());
+    }
     template <class T, std::size_t N>
-    void put(std::span<const T, N> values) {
+    static void put(CArchive& archive, std::span<const T, N> values) {
         for (const T value : values)
-            archive_ << wide(value);
+            archive << wide(value);
     }
 
     void print(std::int32_t value) { *mirror_ << ' ' << value; }
