@@ -16,6 +16,14 @@ std::filesystem::path temporaryNameFor(const std::filesystem::path& target) {
     return name;
 }
 
+/// Where a rename must go so that a link stays a link.
+std::filesystem::path behindLinks(std::filesystem::path path) {
+    std::error_code error;
+    if (!std::filesystem::is_symlink(path, error)) return path;
+    auto resolved = std::filesystem::canonical(path, error);
+    return error ? path : resolved;
+}
+
 /// fsync of a file or folder by path; the error number, 0 on success.
 int flushToDisk(const std::filesystem::path& path) {
     const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
@@ -28,7 +36,7 @@ int flushToDisk(const std::filesystem::path& path) {
 } // namespace
 
 ReplacedFile::ReplacedFile(std::filesystem::path target)
-    : target_(std::move(target))
+    : target_(behindLinks(std::move(target)))
     , temporary_(temporaryNameFor(target_)) {}
 
 ReplacedFile::ReplacedFile(ReplacedFile&& other) noexcept
@@ -41,6 +49,10 @@ ReplacedFile::~ReplacedFile() {
 }
 
 Result<void> ReplacedFile::commit() {
+    std::error_code unknown;
+    const auto standing = std::filesystem::status(target_, unknown);
+    if (std::filesystem::exists(standing) && !std::filesystem::is_regular_file(standing))
+        return Error{"cannot write " + target_.string() + ": it is no ordinary file"};
     if (const int failed = flushToDisk(temporary_))
         return Error{"cannot write " + target_.string() + ": " + systemErrorText(failed)};
     std::error_code error;

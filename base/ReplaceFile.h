@@ -6,7 +6,8 @@
 #include <string>
 
 /// A file that appears under its name whole or not at all: write to `temporaryPath()` beside it, then commit.
-/// Without commit the temporary file is removed when the object goes.
+/// Without commit the temporary file is removed when the object goes. A link is followed; a target that is no
+/// ordinary file (a folder, a device) is never replaced.
 class ReplacedFile {
   public:
     /// The temporary name is `target` + ".part-" + process id, in the same folder. Nothing is created yet.

@@ -57,9 +57,20 @@ TEST(ReplaceFile, FailedCommitNamesTheTarget) {
         const auto refused = blocked.commit();
         ASSERT_FALSE(refused);
         EXPECT_EQ(refused.error().message,
-                  "cannot replace " + (folder / "taken").string() + ": Is a directory");
+                  "cannot write " + (folder / "taken").string() + ": it is no ordinary file");
     }
     EXPECT_FALSE(fs::exists(temporary));
+}
+
+TEST(ReplaceFile, ALinkStaysALink) {
+    const TemporaryFolder folder;
+    writeBytes(folder / "real", "old");
+    fs::create_symlink(folder / "real", folder / "link");
+    ReplacedFile file(folder / "link");
+    writeBytes(file.temporaryPath(), "new");
+    ASSERT_TRUE(file.commit());
+    EXPECT_TRUE(fs::is_symlink(folder / "link"));
+    EXPECT_EQ(bytesOf(folder / "real"), "new");
 }
 
 TEST(ReplaceFile, SystemErrorText) {
