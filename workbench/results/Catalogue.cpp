@@ -32,6 +32,7 @@ constexpr Quantity kVectors[] = {
     {300, UnitKind::Acceleration, "Acceleration", "가속도"},
     {304, UnitKind::None, "Angular acceleration", "각가속도"},
     {410, UnitKind::FlowRate, "Flow rate", "유량"},
+    {510, UnitKind::None, "Heat flux", "열유속"},
 };
 
 constexpr Part kVectorParts[] = {{1, "X", "X"}, {2, "Y", "Y"}, {3, "Z", "Z"}, {4, "total", "합계"}};
@@ -68,7 +69,10 @@ constexpr Quantity kScalars[] = {
     {402, UnitKind::Length, "Pressure head", "압력수두"},
     {403, UnitKind::Stress, "Pore pressure", "간극수압"},
     {501, UnitKind::Temperature, "Temperature", "온도"},
+    {515, UnitKind::None, "Reaction heat flow", "반응 열류량"},
     {311121, UnitKind::None, "Solid equivalent plastic strain", "솔리드 등가 소성변형률"},
+    {311131, UnitKind::Stress, "Solid internal energy density", "솔리드 내부 에너지 밀도"},
+    {311141, UnitKind::None, "Solid stress error estimate (%)", "솔리드 응력 오차 추정 (%)"},
 };
 
 void addFamilies(std::vector<ComponentName>& rows) {
@@ -101,6 +105,17 @@ constexpr Alias kAliases[] = {
     {7420, 412151},  {7421, 412152},  {7423, 412154},  {7433, 412164},  {7065, 411101},  {7066, 411102},
     {7068, 411104},  {7077, 411114},  {7465, 411151},  {7466, 411152},  {7468, 411154},  {7477, 411164},
 };
+
+/// Strain without its thermal part.
+void addMechanicalStrain(std::vector<ComponentName>& rows) {
+    constexpr unsigned base = 313100;
+    for (const Part& part : kTensorParts)
+        rows.push_back({base + part.suffix, UnitKind::None,
+                        std::string("Solid mechanical strain ") + part.english,
+                        std::string("솔리드 기계적 변형률 ") + part.korean});
+    rows.push_back(
+        {base + 14, UnitKind::None, "Solid mechanical strain equivalent", "솔리드 기계적 변형률 등가"});
+}
 
 void addAliases(std::vector<ComponentName>& rows) {
     const std::vector<ComponentName> known = rows;
@@ -135,6 +150,7 @@ std::vector<ComponentName> makeCatalogue() {
     for (const Quantity& scalar : kScalars)
         rows.push_back({scalar.base, scalar.unitKind, scalar.english, scalar.korean});
     addFamilies(rows);
+    addMechanicalStrain(rows);
     addAliases(rows);
     addFatigue(rows);
     std::sort(rows.begin(), rows.end(), [](const auto& a, const auto& b) { return a.id < b.id; });

@@ -50,14 +50,18 @@ std::vector<FatigueRunReport> runFatigue(WorkbenchHost& host, Document& document
         tagTVXMcas analysis;
         if (analyses->Get(definition.resultAnalysisKey, analysis))
             report.resultAnalysis = framework::toUtf8(analysis.name);
+        const std::size_t errorsBefore = host.errors().size();
         framework::forgetLastProcess();
         std::vector<std::uint64_t> one{key};
         report.succeeded = CGpsFatigueSolver::Instance().RunSolver(&document, one) != 0;
         if (!report.succeeded) {
             if (const auto& end = framework::lastProcessEnd())
-                report.solverEnd = describe(*end);
+                report.cause = describe(*end);
             else
-                report.solverEnd = framework::toUtf8(framework::lastProcessFailure());
+                report.cause = framework::toUtf8(framework::lastProcessFailure());
+            if (report.cause.empty() && host.errors().size() == errorsBefore)
+                report.cause = "no element of the mesh has a material of the definition, or one of the "
+                               "definition's records is missing";
         }
         reports.push_back(std::move(report));
     }

@@ -14,8 +14,8 @@ struct FatigueRunReport {
     std::string definition;
     std::string resultAnalysis;
     bool succeeded = false;
-    /// When it failed after the solver was started: the program and how it ended, as a sentence.
-    std::string solverEnd;
+    /// Why it failed, where the error output does not say: the solver and how it ended, or what to look for.
+    std::string cause;
 };
 
 /// Runs fatigue definitions through the module, one after another, in the document's own unit system; the
