@@ -62,7 +62,7 @@ class Mesh:
         corners = [(*p, z0) for p in quad] + [(*p, z1) for p in quad]
         edges = [(0, 1), (1, 2), (2, 3), (3, 0), (4, 5), (5, 6), (6, 7), (7, 4), (0, 4), (1, 5), (2, 6), (3, 7)]
         points = corners + [lerp(corners[a], corners[b], 0.5) for a, b in edges]
-        self.elements.append([self.node(self.on_notch(p)) for p in points])
+        self.elements.append([self.node(self.turned(self.on_notch(p))) for p in points])
 
     @staticmethod
     def on_notch(point):
@@ -72,6 +72,12 @@ class Mesh:
         if RADIUS * 0.99 < r < RADIUS:
             return (x * RADIUS / r, y * RADIUS / r, z)
         return point
+
+    @staticmethod
+    def turned(point):
+        """Half a turn about the bar's axis: the notch opens towards -y, where the pictures are taken from."""
+        x, y, z = point
+        return (x, 0.0 - y, THICKNESS - z)
 
 
 def rows(numbers, width=12):
@@ -100,7 +106,7 @@ def main():
 
     clamped = where(lambda p: p[0] < -HALF_LENGTH + 1e-6)
     pulled = list(faces(lambda p: p[0] > HALF_LENGTH - 1e-6))
-    pressed = list(faces(lambda p: p[1] > -1e-6 and p[0] > HALF_LENGTH * 0.75))
+    pressed = list(faces(lambda p: p[1] < 1e-6 and p[0] > HALF_LENGTH * 0.75))
     with open("notch.inp", "w", encoding="ascii", newline="\n") as deck:
         def put(line):
             deck.write(line + "\n")
@@ -118,7 +124,7 @@ def main():
             put(row)
         put("*MATERIAL, NAME=STEEL\n*ELASTIC\n210000., 0.3\n*DENSITY\n7.85e-9")
         put("*SOLID SECTION, ELSET=BAR, MATERIAL=STEEL\n*BOUNDARY\nCLAMP, 1, 3")
-        for title, loads, pressure in (("Tension", pulled, -60.0), ("Bending", pressed, 12.0)):
+        for title, loads, pressure in (("Tension", pulled, -53.0), ("Bending", pressed, 10.6)):
             put(f"** {title}\n*STEP\n*STATIC\n*DLOAD, OP=NEW")
             for element, face in loads:
                 put(f"{element}, P{face}, {pressure:g}")
