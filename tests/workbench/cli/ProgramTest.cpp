@@ -1,0 +1,258 @@
+#include "tests/workbench/cli/Program.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr CubeStress kUniaxial[2] = {{"Pull", {200, 0, 0, 0, 0, 0}}, {"Shear", {0, 0, 0, 50, 0, 0}}};
+
+/// A deck over the cube with one fatigue definition; `extra` is appended to the definition.
+std::string cubeDeck(const std::string& extra = "",
+                     const std::string& loadPoints = "[[0, 1], [1, -1], [2, 1]]") {
+    return R"([units]
+force = "N"
+length = "mm"
+[[analysis]]
+name = "Static"
+deck = "cube.inp"
+results = "cube.frd"
+cases = ["Pull", "Shear"]
+[[material]]
+name = "STEEL"
+yield = 355.0
+ultimate = 510.0
+[[load_function]]
+name = "Swing"
+points = )" +
+           loadPoints + R"(
+[[fatigue]]
+name = "Service"
+analysis = "Static"
+result = "Life"
+type = "stress-life cases"
+measure = "absolute maximum principal"
+mean_stress = ["None", "Goodman"]
+outputs = ["damage", "life"]
+cycles = 1000
+infinite_life = 1e12
+)" + extra +
+           R"([[fatigue.material]]
+material = "STEEL"
+coefficient = 1000.0
+exponent = -0.12
+[[fatigue.load]]
+case = "Pull"
+factor = 1.0
+function = "Swing"
+)";
+}
+
+class ProgramTest : public testing::Test {
+  protected:
+    ProgramTest()
+        : folder_(testing::UnitTest::GetInstance()->current_test_info()->name()) {
+        writeCube(folder_, kUniaxial);
+        folder_.write("cube.toml", cubeDeck());
+    }
+
+    /// Runs a command that must succeed.
+    std::string succeed(const std::string& command) {
+        const ProgramEnd end = runShell(folder_, command);
+        EXPECT_EQ(end.exitCode, 0) << command << "\n" << end.errors;
+        return end.output;
+    }
+
+    /// Names in the folder, apart from what the test itself needs.
+    std::string listing() {
+        std::string names;
+        for (const auto& entry : fs::directory_iterator(folder_.path()))
+            if (entry.path().filename().string()[0] != '.') names += entry.path().filename().string() + "\n";
+        return names;
+    }
+
+    TestFolder folder_;
+};
+
+TEST_F(ProgramTest, ConstantAmplitudeGivesTheClosedFormLife) {
+    succeed("vexa new cube.toml -o cube.wkm && vexa fatigue cube.wkm");
+    // Basquin: 200 = 1000 N^-0.12.
+    const double life = std::pow(200.0 / 1000.0, 1 / -0.12);
+    const auto lives = parseCsv(succeed("vexa table cube.wkm --analysis Life --component 76200"));
+    ASSERT_EQ(lives.size(), 8u);
+    for (const auto& [node, value] : lives)
+        EXPECT_NEAR(value / life, 1, 1e-6) << "node " << node;
+    for (const auto& [node, value] :
+         parseCsv(succeed("vexa table cube.wkm --analysis Life --component 76100")))
+        EXPECT_NEAR(value * life / 1000, 1, 1e-6) << "damage of 1000 blocks at node " << node;
+}
+
+TEST_F(ProgramTest, GoodmanShortensLifeUnderATensileMean) {
+    folder_.write("cube.toml", cubeDeck("", "[[0, 1], [1, 0], [2, 1]]"));
+    succeed("vexa new cube.toml -o cube.wkm && vexa fatigue cube.wkm");
+    // Amplitude 100, mean 100: Goodman's equivalent amplitude is 100 / (1 - 100 / 510).
+    const double plain = std::pow(100.0 / 1000.0, 1 / -0.12);
+    const double corrected = std::pow(100.0 / (1 - 100.0 / 510.0) / 1000.0, 1 / -0.12);
+    EXPECT_NEAR(parseCsv(succeed("vexa table cube.wkm --analysis Life --component 76200"))["1"] / plain, 1,
+                1e-6);
+    EXPECT_NEAR(parseCsv(succeed("vexa table cube.wkm --analysis Life --component 76210"))["1"] / corrected,
+                1, 1e-6);
+}
+
+TEST_F(ProgramTest, LeavesTheFilesItSpeaksOf) {
+    succeed("vexa new cube.toml -o cube.wkm");
+    EXPECT_TRUE(fs::exists(folder_ / "cube_Static.lmop"));
+    succeed("FatigueText=no vexa fatigue cube.wkm");
+    EXPECT_TRUE(fs::exists(folder_ / "FATIGUE.76"));
+    EXPECT_TRUE(fs::exists(folder_ / "cube_Life.lmop"));
+    EXPECT_FALSE(fs::exists(folder_ / "cube_Life_Fatigue.lmop"));
+    EXPECT_FALSE(fs::exists(folder_ / "cube_Static_FATIGUE_76.txt"));
+    const std::string binary = folder_.read("FATIGUE.76");
+    succeed("FatigueText=Yes vexa fatigue cube.wkm Service");
+    EXPECT_TRUE(fs::exists(folder_ / "cube_Static_FATIGUE_76.txt"));
+    EXPECT_EQ(folder_.read("FATIGUE.76"), binary) << "the mirror changes nothing in the binary file";
+
+    const auto info = nlohmann::json::parse(succeed("vexa info --json cube.wkm"));
+    EXPECT_EQ(info["nodes"], 8);
+    EXPECT_EQ(info["results"].size(), 2u);
+    EXPECT_EQ(info["results"][1]["name"], "Life");
+    EXPECT_EQ(info["results"][1]["cases"][0]["steps"][0]["components"].size(), 4u);
+    EXPECT_NE(succeed("vexa info --lang ko cube.wkm").find("손상도"), std::string::npos);
+}
+
+TEST_F(ProgramTest, TablesShowTheUnitsThatAreAskedForAndFatigueKeepsItsOwn) {
+    succeed("vexa new cube.toml -o cube.wkm");
+    const std::string table = "vexa table cube.wkm --analysis Static --case Pull --component 312101";
+    EXPECT_NE(succeed(table).find("[N/mm²]"), std::string::npos);
+    EXPECT_EQ(parseCsv(succeed(table))["8"], 200);
+    EXPECT_EQ(parseCsv(succeed(table + " --units kN,m"))["8"], 200000);
+    EXPECT_NEAR(
+        parseCsv(succeed("vexa table cube.wkm --analysis Static --case Shear --component 312114"))["3"],
+        50 * std::sqrt(3.0), 1e-4); // von Mises of pure shear
+    succeed("vexa fatigue cube.wkm");
+    const std::string binary = folder_.read("FATIGUE.76");
+    succeed("vexa fatigue cube.wkm --units kN,m");
+    EXPECT_EQ(folder_.read("FATIGUE.76"), binary);
+}
+
+TEST_F(ProgramTest, RefusesWrongInputWithASentenceAndLeavesNothing) {
+    succeed("vexa new cube.toml -o cube.wkm");
+    struct Row {
+        const char* command;
+        int exitCode;
+        const char* words; ///< of the standard error output
+    };
+    const Row rows[] = {
+        {"vexa", 2, "subcommand"},
+        {"vexa nonsense", 2, "subcommand"},
+        {"vexa table cube.wkm", 2, "--analysis"},
+        {"vexa table cube.wkm --analysis Static --component abc", 2, "component"},
+        {"vexa table cube.wkm --analysis Stat --component 312101", 1, "\"Static\""},
+        {"vexa table cube.wkm --analysis Static --component 312101", 1, "\"Pull\""},
+        {"vexa table cube.wkm --analysis Static --case Pull --step x --component 312101", 1, "no step \"x\""},
+        {"vexa table cube.wkm --analysis Static --case Pull --component 99", 1, "312101"},
+        {"mkfifo pipe; vexa table cube.wkm --analysis Static --case Pull --component 312101 -o pipe; c=$?; "
+         "test -p "
+         "pipe && rm pipe; exit $c",
+         1, "no ordinary file"},
+        {"vexa table cube.wkm --analysis Static --case Pull --component 312101 >/dev/full", 1,
+         "standard output"},
+        {"vexa table cube.wkm --analysis Static --case Pull --component 312101 --units kN", 1, "kN,m"},
+        {"vexa table cube.wkm --analysis Static --case Pull --component 312101 -o no/folder.csv", 1,
+         "no/folder.csv"},
+        {"vexa fatigue cube.wkm Servic", 1, "\"Service\""},
+        {"vexa info missing.wkm", 1, "missing.wkm"},
+        {"vexa info cube.inp", 1, "cube.inp"},
+        {"vexa info .", 1, "error"},
+        {"head -c 3000 cube.wkm >short.wkm; vexa info short.wkm; c=$?; rm short.wkm; exit $c", 1,
+         "short.wkm"},
+        {"vexa new missing.toml -o x.wkm", 1, "missing.toml"},
+        {"vexa new cube.inp -o x.wkm", 1, "cube.inp"},
+        {"vexa new cube.toml -o no/folder.wkm", 1, "no/folder"},
+        {"vexa picture cube.wkm --analysis Static --case Pull --component 312101 -o no/folder.png", 1,
+         "no/folder.png"},
+    };
+    const std::string before = listing();
+    for (const Row& row : rows) {
+        const ProgramEnd end = runShell(folder_, row.command);
+        EXPECT_EQ(end.exitCode, row.exitCode) << row.command << "\n" << end.errors;
+        EXPECT_NE(end.errors.find(row.words), std::string::npos) << row.command << "\n" << end.errors;
+        EXPECT_EQ(listing(), before) << row.command;
+    }
+}
+
+TEST_F(ProgramTest, AFullDiskLeavesTheOldFiles) {
+    // A limit on the size of files stands for the full disk; it is in blocks of 512 bytes.
+    const std::string before = listing();
+    ProgramEnd end = runShell(folder_, "ulimit -f 8; vexa new cube.toml -o cube.wkm");
+    EXPECT_EQ(end.exitCode, 1) << end.errors;
+    EXPECT_NE(end.errors.find("cube"), std::string::npos) << end.errors;
+    EXPECT_EQ(listing(), before);
+
+    succeed("vexa new cube.toml -o cube.wkm");
+    const std::string document = folder_.read("cube.wkm");
+    end = runShell(folder_, "ulimit -f 1; vexa fatigue cube.wkm");
+    EXPECT_EQ(end.exitCode, 1) << end.errors;
+    EXPECT_NE(end.errors.find("FATIGUE.76"), std::string::npos) << end.errors;
+    EXPECT_EQ(folder_.read("cube.wkm"), document);
+    EXPECT_FALSE(fs::exists(folder_ / "cube_Life.lmop"));
+    succeed("vexa fatigue cube.wkm");
+}
+
+TEST_F(ProgramTest, ASolverThatFailsNeverBecomesAResult) {
+    succeed("vexa new cube.toml -o cube.wkm && vexa fatigue cube.wkm && cp cube_Life.lmop other.lmop");
+    const std::string solver = "fake/64bit Solver/FatigueSolver.exe";
+    folder_.write("fake/64bit Solver/readme", "");
+    struct Row {
+        const char* name;
+        const char* script; ///< null: no program at all
+        const char* words;
+    };
+    const Row rows[] = {
+        {"missing", nullptr, "FatigueSolver.exe"},
+        {"crashes", "kill -SEGV $$", "signal 11"},
+        {"says no", "exit 3", "exit code 3"},
+        {"leaves nothing", "exit 0", "exit code 0"},
+        {"leaves a foreign file", "echo foreign >cube_Life_Fatigue.lmop", "cube_Life"},
+        {"leaves a truncated file", "head -c 2000 other.lmop >cube_Life_Fatigue.lmop", "cube_Life"},
+        {"leaves another run's file", "cp stale.lmop cube_Life_Fatigue.lmop", "another FATIGUE.76"},
+    };
+    // The result of a run whose definition differs: its checksum is another one.
+    folder_.write("stale/cube.toml", cubeDeck("quick_rainflow = 5\n"));
+    writeCube(folder_, kUniaxial);
+    succeed("cp cube.inp cube.frd stale/ && cd stale && vexa new cube.toml -o cube.wkm && vexa fatigue "
+            "cube.wkm && "
+            "cp cube_Life.lmop ../stale.lmop");
+    for (const Row& row : rows) {
+        fs::remove(folder_ / solver);
+        if (row.script) folder_.writeScript(solver, row.script);
+        const ProgramEnd end = runShell(folder_, "vexa --program-folder fake fatigue cube.wkm");
+        EXPECT_EQ(end.exitCode, 1) << row.name << "\n" << end.errors;
+        EXPECT_NE(end.errors.find(row.words), std::string::npos) << row.name << "\n" << end.errors;
+    }
+    fs::permissions(folder_ / solver, fs::perms::owner_read);
+    const ProgramEnd end = runShell(folder_, "vexa --program-folder fake fatigue cube.wkm");
+    EXPECT_EQ(end.exitCode, 1);
+    EXPECT_NE(end.errors.find("cannot start"), std::string::npos) << end.errors;
+    succeed("vexa fatigue cube.wkm");
+}
+
+TEST_F(ProgramTest, PathsWithBlanksAndKoreanLettersWork) {
+    folder_.write("내 모델/a", "");
+    succeed("cp cube.* '내 모델/' && cd '내 모델' && vexa new cube.toml -o '보 1.wkm' && vexa fatigue '보 "
+            "1.wkm' && "
+            "test -f '보 1_Life.lmop'");
+}
+
+TEST_F(ProgramTest, PicturesAreWrittenWithoutADisplay) {
+    succeed("vexa new cube.toml -o cube.wkm && env -u DISPLAY vexa picture cube.wkm --analysis Static --case "
+            "Pull "
+            "--component 312114 -o cube.png");
+    EXPECT_EQ(folder_.read("cube.png").substr(1, 3), "PNG");
+}
+
+} // namespace

@@ -1,0 +1,81 @@
+#include "workbench/cli/Commands.h"
+#include "workbench/cli/Output.h"
+
+#include <CLI/CLI.hpp>
+
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <utility>
+
+namespace {
+
+using namespace workbench;
+using namespace workbench::cli;
+
+constexpr const char* kDescription =
+    "Post-processing of solved finite-element models: import, fatigue life, tables and pictures.";
+
+constexpr const char* kFooter =
+    "Exit codes: 0 done; 1 wrong input or failed work, named on the standard error output; "
+    "2 wrong command line.\n"
+    "A first run: vexa new samples/notch/notch.toml -o notch.wkm && vexa fatigue notch.wkm";
+
+void addCommonOptions(CLI::App& app, CommonOptions& common) {
+    app.add_flag("--json", common.json, "Print the result as JSON");
+    app.add_option("--lang", common.language, "Language of texts")->check(CLI::IsMember({"en", "ko"}));
+    app.add_option("--edition", common.edition, "Edition of the host")
+        ->check(CLI::IsMember({"A", "B", "C", "D"}))
+        ->capture_default_str();
+    app.add_option("--program-folder", common.programFolder,
+                   "Folder that holds \"64bit Solver\" (default: the program's own)");
+    app.add_option("--units", common.units,
+                   "Unit system for display, such as kN,m (default: the document's)");
+}
+
+SessionOptions sessionOptions(const CommonOptions& common) {
+    SessionOptions options;
+    options.edition = static_cast<Edition>(common.edition[0] - 'A');
+    options.language = common.language == "ko" ? Language::Korean : Language::English;
+    options.programFolder = common.programFolder;
+    return options;
+}
+
+int run(int argc, char** argv) {
+    CLI::App app{kDescription, "vexa"};
+    app.footer(kFooter);
+    app.set_version_flag("--version", std::string("vexa ") + VEXA_VERSION);
+    app.require_subcommand(1);
+    app.fallthrough();
+    CommonOptions common;
+    addCommonOptions(app, common);
+
+    std::unique_ptr<Command> commands[] = {makeNewCommand(app), makeInfoCommand(app), makeTableCommand(app),
+                                           makeFatigueCommand(app), makePictureCommand(app)};
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? kDone : kUsage;
+    }
+    const auto subcommands = app.get_subcommands([](CLI::App*) { return true; });
+    WorkbenchHost host(sessionOptions(common));
+    for (std::size_t i = 0; i < std::size(commands); ++i)
+        if (subcommands[i]->parsed()) return commands[i]->run(host, common);
+    return kUsage;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    // A reader that leaves early and a file beyond the user's limit are write errors, not deaths.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    try {
+        return run(argc, argv);
+    } catch (const std::bad_alloc&) {
+        std::fprintf(stderr, "error: there is not enough memory for this\n");
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "error: %s\n", error.what());
+    }
+    return kFailed;
+}
