@@ -130,7 +130,7 @@ class FrdParser {
     bool meshNodes(std::string_view line) {
         if (!format(line, 73)) return false;
         announced_ = integerColumn(line, 24, 12);
-        FrdBlock block;
+        FrdBlock& block = beginBlock();
         block.name = "nodes";
         block.components = {"X", "Y", "Z"};
         return rows(block) && deliver(sink_.meshNodes(block.nodes));
@@ -154,7 +154,7 @@ class FrdParser {
         if (!value)
             return fail("'" + std::string(column(line, 12, 12)) + "' is no time or frequency of a result");
         if (!format(line, 73)) return false;
-        FrdBlock block = header_;
+        FrdBlock& block = beginBlock();
         block.value = *value;
         block.place = window_.place();
         announced_ = integerColumn(line, 24, 12);
@@ -194,8 +194,31 @@ class FrdParser {
         return failTruncated(("block " + block.name).c_str());
     }
 
+    /// The block anew, with the step of the next one. Its tables keep their memory.
+    FrdBlock& beginBlock() {
+        block_.step = header_.step;
+        block_.increment = header_.increment;
+        block_.mode = header_.mode;
+        block_.components.clear();
+        return block_;
+    }
+
+    void clearTables(FrdBlock& block) {
+        block.nodes.clear();
+        for (; block.values.size() > block.components.size(); block.values.pop_back())
+            spareTables_.push_back(std::move(block.values.back()));
+        while (block.values.size() < block.components.size()) {
+            block.values.emplace_back();
+            if (spareTables_.empty()) continue;
+            block.values.back() = std::move(spareTables_.back());
+            spareTables_.pop_back();
+        }
+        for (auto& table : block.values)
+            table.clear();
+    }
+
     bool rows(FrdBlock& block) {
-        block.values.resize(block.components.size());
+        clearTables(block);
         const std::size_t expected = rowsToExpect(block.components.size());
         block.nodes.reserve(expected);
         for (auto& table : block.values)
@@ -253,13 +276,10 @@ class FrdParser {
             for (; done < most; ++done, row += kLength) {
                 if (row[0] != ' ' || row[1] != '-' || row[2] != '1' || row[kLength - 1] != '\n') break;
                 const std::int32_t node = fixedfield::readInteger(row + kMarkWidth);
-                bool bad = node < 0;
-                for (std::size_t c = 0; c < Count; ++c) {
-                    const auto real = fixedfield::readReal(row + kFirst + c * fixedfield::kRealWidth);
-                    out[c][done] = real.value;
-                    bad |= real.bad;
-                }
-                if (bad) break;
+                fixedfield::RealReader reals;
+                for (std::size_t c = 0; c < Count; ++c)
+                    out[c][done] = reals.read(row + kFirst + c * fixedfield::kRealWidth);
+                if (node < 0 || !reals.allGood()) break;
                 nodes[done] = node;
             }
             block.nodes.resize(before + done);
@@ -313,7 +333,9 @@ class FrdParser {
 
     TextWindow& window_;
     FrdSink& sink_;
-    FrdBlock header_; ///< step, increment and mode of the next block
+    FrdBlock header_;                             ///< step, increment and mode of the next block
+    FrdBlock block_;                              ///< the one being read
+    std::vector<std::vector<float>> spareTables_; ///< memory that the block has no use for
     std::size_t numberWidth_ = 10;
     std::optional<int> announced_;
     std::string error_;

@@ -32,7 +32,7 @@ class FrdSink {
     virtual Result<void> meshElements(std::span<const std::int32_t> numbers) = 0;
     /// Whether the values of a block are wanted; the others are passed over unread.
     virtual bool wants(const FrdBlock& header) = 0;
-    /// The vectors may be moved out of the block. `done` of `total` bytes are read.
+    /// The block may be changed, and is gone after the call. `done` of `total` bytes are read.
     virtual Result<void> block(FrdBlock& block, std::uint64_t done, std::uint64_t total) = 0;
 };
 

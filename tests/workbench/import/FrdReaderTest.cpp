@@ -136,7 +136,7 @@ TEST(FrdReader, RefusesBrokenStructure) {
         {replaced(good, "  100CL", "  200CL"), "begins no record of a result file"},
         {replaced(good, " -1         2 3", " -1         x 3"), "no line of values of block"},
         {replaced(good, "\n -1         5 7.5", "\n -3\n -1         5 7.5"), "announces 3 nodes and holds 2"},
-        {replaced(good, " 5.00000E-01", "         NAN"), "'NaN' is no time or frequency"},
+        {replaced(good, " 5.00000E-01", "         NAN"), "NAN' is no time or frequency"},
         {replaced(good, "1PSTEP", "1PSTEP x"), "the numbers of the STEP line are broken"},
         {replaced(good, " 1.50000E+00-1.25000E+00 1.50000E+00\n",
                   " 1.50000E+00-1.25000E+00 1.50000E+00 1.50000E+00\n"),
