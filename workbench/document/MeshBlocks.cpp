@@ -99,12 +99,12 @@ class BlockReader {
         column.clear();
         reserveForBulkFill(column, items);
         // Through one block in the cache: the column's own memory is then touched once, by the copy.
-        std::vector<T> buffer(std::min(items, kBlockItems));
+        static_assert(sizeof(T) <= kLargestItem && alignof(T) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
+        const auto* buffer = reinterpret_cast<const T*>(buffer_.get());
         while (column.size() < items) {
             const MeshBlockRow& row = rows_[next_++];
-            const std::span part(buffer.data(), static_cast<std::size_t>(row.items));
-            if (auto done = readBlock(row, std::as_writable_bytes(part)); !done) return done;
-            column.insert(column.end(), part.begin(), part.end());
+            if (auto done = readBlock(row); !done) return done;
+            column.insert(column.end(), buffer, buffer + row.items);
         }
         return {};
     }
@@ -136,7 +136,8 @@ class BlockReader {
         return {};
     }
 
-    Result<void> readBlock(const MeshBlockRow& row, std::span<std::byte> into) {
+    Result<void> readBlock(const MeshBlockRow& row) {
+        const std::span into(buffer_.get(), static_cast<std::size_t>(row.bytes));
         const auto id = static_cast<sqlite3_int64>(next_);
         int status = SQLITE_OK;
         if (blob_) {
@@ -161,6 +162,9 @@ class BlockReader {
     const SqliteConnection& connection_;
     const std::vector<MeshBlockRow>& rows_;
     std::unique_ptr<sqlite3_blob, BlobCloser> blob_;
+    static constexpr std::size_t kLargestItem = sizeof(std::array<double, 3>);
+    std::unique_ptr<std::byte[]> buffer_ =
+        std::make_unique_for_overwrite<std::byte[]>(kBlockItems * kLargestItem);
     std::size_t next_;
 };
 

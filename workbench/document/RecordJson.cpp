@@ -77,6 +77,7 @@ bool RecordReader::appendRun(const Json& run, std::vector<std::int32_t>& numbers
     const auto count = static_cast<std::size_t>(std::int64_t{ends[1]} - ends[0] + 1);
     if (count > runBudget_) return false;
     runBudget_ -= count;
+    if (numbers.empty()) numbers.reserve(count); // mostly the only run
     for (std::int64_t number = ends[0]; number <= ends[1]; ++number)
         numbers.push_back(static_cast<std::int32_t>(number));
     return true;
