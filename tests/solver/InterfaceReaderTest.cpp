@@ -1,7 +1,6 @@
 #include "solver/InterfaceReader.h"
 
 #include "tests/solver/InterfaceFileBytes.h"
-#include "tests/support/RandomIntegers.h"
 
 #include <gtest/gtest.h>
 
@@ -163,19 +162,6 @@ TEST(InterfaceReader, EveryChangedByteOfACountIsRefused) {
                     ASSERT_FALSE(readAll(bytes))
                         << "type " << type << ", byte " << byte << " changed by " << change;
                 }
-    }
-}
-
-// Values may change unnoticed; whatever stands there, the reader ends and says what it makes of it.
-TEST(InterfaceReader, AnyChangedBytesAreReadOrRefused) {
-    RandomIntegers random;
-    const std::string original = interfacefile::build(fullContent(0)).bytes;
-    for (int round = 0; round < 20000; ++round) {
-        std::string bytes = original;
-        for (std::size_t i = 0; i <= random.below(3); ++i)
-            bytes[random.below(bytes.size())] = static_cast<char>(random.next());
-        const auto all = readAll(bytes);
-        ASSERT_TRUE(all || !all.error().message.empty()) << random.seedText();
     }
 }
 

@@ -3,8 +3,10 @@
 #include "tests/support/RandomIntegers.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <cmath>
+#include <csignal>
 #include <functional>
 #include <limits>
 #include <string>
@@ -28,6 +30,27 @@ std::vector<double> cycle(double amplitude, double mean) {
 void expectRatio(double found, double expected, double tolerance, const std::string& what) {
     EXPECT_NEAR(found / expected, 1, tolerance) << what << ": " << found << ", expected " << expected;
 }
+
+/// No file grows beyond a size while the object lives.
+class LimitedFileSize {
+  public:
+    explicit LimitedFileSize(rlim_t bytes) {
+        handler_ = std::signal(SIGXFSZ, SIG_IGN);
+        ::getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit limit{bytes, before_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~LimitedFileSize() {
+        ::setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, handler_);
+    }
+    LimitedFileSize(const LimitedFileSize&) = delete;
+    LimitedFileSize& operator=(const LimitedFileSize&) = delete;
+
+  private:
+    rlimit before_{};
+    void (*handler_)(int) = nullptr;
+};
 
 } // namespace
 
@@ -324,6 +347,24 @@ TEST(FatigueSolver, KeepsTheEarlierResultWhenItFails) {
     broken.nodes[1].tensors[0][0] = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(run.run(broken), 1);
     EXPECT_EQ(bytesOf(run.resultFile()), before);
+    EXPECT_EQ(run.leftBehind(), "model_Fatigue_Fatigue.lmop ");
+}
+
+// Wherever the disk is full, in the temporary columns or in the result file, there is a sentence and the
+// earlier result.
+TEST(FatigueSolver, FullDiskLeavesTheEarlierResult) {
+    Content content =
+        interfacefile::stepsOf(std::vector<std::vector<double>>(20000, std::vector<double>{1e8, -1e8}));
+    SolverRun run;
+    ASSERT_EQ(run.run(Content{}), 0) << run.err;
+    const std::string before = bytesOf(run.resultFile());
+    ASSERT_EQ(run.run(content, {"--version"}), 0); // writes the input while there is room
+    for (const rlim_t room : {rlim_t{1000}, rlim_t{66000}, rlim_t{200000}}) {
+        const LimitedFileSize limit(room);
+        EXPECT_EQ(run.call({run.interfaceFile().string()}), 3) << room;
+        EXPECT_NE(run.err.find("cannot write"), std::string::npos) << run.err;
+    }
+    EXPECT_TRUE(bytesOf(run.resultFile()) == before);
     EXPECT_EQ(run.leftBehind(), "model_Fatigue_Fatigue.lmop ");
 }
 

@@ -170,15 +170,6 @@ TEST(Rainflow, CopiesAddDamageEvenly) {
     }
 }
 
-TEST(Rainflow, MirroringAndShiftingKeepRanges) {
-    RandomIntegers random;
-    const auto history = randomHistory(random, 500, 40);
-    auto mirrored = history;
-    for (double& value : mirrored)
-        value = 8.0 - value;
-    EXPECT_EQ(countsByRange(countsOf(mirrored)), countsByRange(countsOf(history))) << random.seedText();
-}
-
 TEST(Rainflow, GateKeepsCyclesAtItsLimit) {
     solver::Rainflow counter;
     std::vector<solver::Cycle> cycles;
