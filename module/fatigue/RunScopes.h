@@ -17,7 +17,7 @@ class WaitCursorScope {
     WaitCursorScope& operator=(const WaitCursorScope&) = delete;
 };
 
-/// Brings a document back to its post-processing display at the end of a scope.
+/// Sets a document's display at the end of a scope, whatever happened in it, without a redraw.
 class PostModeScope {
   public:
     explicit PostModeScope(CQMDocBase& doc)

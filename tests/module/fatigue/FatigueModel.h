@@ -16,6 +16,7 @@ class FatigueProbe : public CGpsFatigueSolver {
     using CGpsFatigueSolver::GetCasKey;
     using CGpsFatigueSolver::GetNodeMatl;
     using CGpsFatigueSolver::GetStepList;
+    using CGpsFatigueSolver::GetStrainValue;
     using CGpsFatigueSolver::GetStressValue;
     using CGpsFatigueSolver::ImportFatigueResult;
     using CGpsFatigueSolver::IsValidCase;

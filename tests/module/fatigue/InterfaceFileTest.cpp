@@ -1,3 +1,4 @@
+#include "framework/text/CodePage.h"
 #include "tests/module/fatigue/FatigueModel.h"
 #include "tests/module/fatigue/InterfaceReader.h"
 
@@ -113,6 +114,19 @@ TEST(InterfaceFile, CutsAndNamesLongOrForeignNames) {
     EXPECT_TRUE(model.host.errors.empty());
 }
 
+TEST(InterfaceFile, WarnsOfLettersThatTheCodePageLacks) {
+    FatigueModel model;
+    model.host.texts[L"IDS_VEXAGPS_FATIGUE_TEXT_REPLACED"] = L"cannot write %s";
+    model.doc.path = framework::widePath(model.folder / "ćwiek 절점.wkm");
+    const std::wstring stem = framework::widePath(model.folder / "ćwiek 절점_Life");
+    ASSERT_TRUE(framework::setHostCodePage(framework::kCodePageKorean));
+    model.run();
+    framework::setHostCodePage(framework::kCodePageUtf8);
+    EXPECT_EQ(model.host.errors, std::vector<std::wstring>{L"cannot write " + stem});
+    const std::string own = model.folder.path().string() + "/?wiek \xC0\xFD\xC1\xA1_Life";
+    EXPECT_EQ(bytesOf(model.interfaceFile()).substr(4, own.size() + 1), own + '\0');
+}
+
 TEST(InterfaceFile, StopsAtWhatItCannotWrite) {
     const struct {
         const char* what;
@@ -175,6 +189,7 @@ TEST(InterfaceFile, ListsOnlyNodesOfTheDefinitionsMaterials) {
 }
 
 TEST(InterfaceFile, ReportsAFileThatCannotBeWritten) {
+    ASSERT_TRUE(std::filesystem::is_character_file("/dev/full")) << "this machine has no full device";
     const struct {
         const char* what;
         const char* link;

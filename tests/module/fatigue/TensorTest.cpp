@@ -53,4 +53,50 @@ TEST(TensorRotation, LeavesAnElementWithoutAxesAsItIs) {
     EXPECT_EQ(out, (Tensor{3, 1, 2, 6, 4, 5}));
 }
 
+/// A triangle on the tetrahedra's first three nodes, local x along global y, y along z.
+struct PlateModel : FatigueModel {
+    PlateModel() {
+        doc.mesh.nodePositions[1] = {0, 2, 0};
+        doc.mesh.nodePositions[2] = {0, 0, 3};
+        doc.properties.put({83, 3, L"Plate", PropertyType::Shell, 0, 1, {kSteel}});
+        doc.mesh.addElement(13, ElementType::Tri3, 83, {0, 1, 2});
+        for (support::MemoryStep* step : steps)
+            for (const unsigned family : {412100u, 411100u})
+                for (const unsigned c : {1u, 2u, 4u, 14u, 51u, 52u, 54u, 64u})
+                    step->add(family + c, ResultLocation::ElementCorner, {1.0f * static_cast<float>(c), 2, 3},
+                              {2});
+        // The solids' tables cover the solids only, now that there are more elements.
+        for (support::MemoryStep* step : steps)
+            for (const unsigned family : {312100u, 311100u})
+                for (const unsigned c : {1u, 2u, 3u, 4u, 5u, 6u, 14u})
+                    step->add(family + c, ResultLocation::ElementCorner, {9, 8, 7, 6, 5, 4, 3, 2}, {0, 1});
+    }
+};
+
+TEST(NodeValues, ReadThePlatesTopFaceAndMeetTheSolids) {
+    PlateModel model;
+    FatigueProbe solver;
+    ASSERT_TRUE(solver.prepare(model.doc, model.definition));
+    ASSERT_TRUE(solver.CheckData() && solver.MakeWriteNodeElem());
+    fatigue::NodeTables tables(2, 6, 5);
+    ASSERT_TRUE(solver.GetStressValue(model.steps[0]->GetCase(), model.steps[0], tables.load(0)));
+    const auto at = [&](std::size_t node) {
+        Tensor tensor{};
+        for (std::size_t c = 0; c < 6; ++c)
+            tensor[c] = static_cast<double>(tables.load(0)[c][node]);
+        return tensor;
+    };
+    EXPECT_EQ(at(0), (Tensor{4.5, 5, 5.5, 4.5, 6.5, 4.5})); // plate xx 1, yy 2, xy 4; solid 9
+    EXPECT_EQ(at(4), (Tensor{2, 2, 2, 2, 2, 2}));
+    for (support::MemoryStep* step : model.steps)
+        EXPECT_EQ(dynamic_cast<support::MemoryResult*>(step->GetVResult(412101))->users, 0)
+            << "a table is still held";
+
+    model.steps[0]->remove(411104);
+    EXPECT_FALSE(solver.GetStrainValue(model.steps[0]->GetCase(), model.steps[0], tables.load(1)));
+    // A case without a named step is read at its last one.
+    model.steps[3]->remove(412104);
+    EXPECT_FALSE(solver.GetStressValue(model.steps[3]->GetCase(), nullptr, tables.load(1)));
+}
+
 } // namespace
