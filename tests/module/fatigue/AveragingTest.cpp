@@ -123,6 +123,28 @@ TEST(LoadAverage, TakesAPlateWithoutAxesAsItIs) {
     EXPECT_EQ(patch.array(ZZ), (Floats{0, 0, 0}));
 }
 
+TEST(LoadAverage, TurnsEachPlateByItsOwnAxes) {
+    // Two plates on the same nodes, the first of them without values.
+    Patch patch({0, 1, 2, 0, 1, 2}, 3, {kPlate, kPlate});
+    patch.lists.axes[static_cast<std::size_t>(kPlate)][1].valid = false;
+    LoadAverage average(patch.lists, patch.arrays.data());
+    const Floats xx{1, 2, 3}, yy{4, 5, 6}, xy{7, 8, 9};
+    const Items second{1};
+    const auto table = [&](const Floats& values) { return TableView{false, values, second}; };
+    ASSERT_TRUE(average.addTurned(kPlate, {table(xx), table(yy), table(xy)}) && average.finish());
+    EXPECT_EQ(patch.array(XX), xx);
+    EXPECT_EQ(patch.array(ZZ), (Floats{0, 0, 0}));
+}
+
+TEST(LoadAverage, MixesNodeTablesOfTwoGroups) {
+    Patch patch({0, 1, 2, 1, 2, 3}, 4, {kSolid, ElementGroup::PlaneStress});
+    LoadAverage average(patch.lists, patch.arrays.data());
+    const Floats solid{1, 2, 3, 1e9f}, plane{1e9f, 20, 30, 40};
+    ASSERT_TRUE(average.add(kSolid, XX, {true, solid, {}}));
+    ASSERT_TRUE(average.add(ElementGroup::PlaneStress, XX, {true, plane, {}}) && average.finish());
+    EXPECT_EQ(patch.array(XX), (Floats{1, 11, 16.5f, 40}));
+}
+
 /// Element after element, as the definition of the mean reads.
 Floats plainMeans(const Patch& patch, const Floats& nodal) {
     Floats sums(patch.lists.mesh.nodeCount), counts(patch.lists.mesh.nodeCount);
