@@ -4,21 +4,17 @@
 #include "solver/BatchPipeline.h"
 #include "solver/ByteSource.h"
 #include "solver/InterfaceReader.h"
+#include "solver/NumberText.h"
+#include "solver/Progress.h"
 #include "solver/ResultColumns.h"
 #include "solver/TextEncoding.h"
 
-#include <charconv>
 #include <span>
 #include <utility>
 #include <vector>
 
 namespace solver {
 namespace {
-
-std::string shortNumber(double value) {
-    char text[32];
-    return {text, std::to_chars(text, text + sizeof text, value, std::chars_format::general, 6).ptr};
-}
 
 std::string describe(const Definition& definition, const EvaluationPlan& plan) {
     const bool cases = isCaseBased(definition.type);
@@ -92,7 +88,9 @@ std::optional<RunFailure> runFatigue(const RunSettings& settings, std::ostream& 
     auto columns = ResultColumns::create(resultFile, *definition, *plan);
     if (!columns) return cannotWrite(columns.error());
     WorstNodes worst(*plan);
+    Progress progress(settings.terminal, static_cast<std::uint64_t>(definition->nodeCount));
     const auto keep = [&](std::int32_t node, std::span<const Outcome> outcomes) {
+        progress.advance();
         worst.add(node, outcomes);
         return columns->append(node, outcomes);
     };
@@ -104,6 +102,7 @@ std::optional<RunFailure> runFatigue(const RunSettings& settings, std::ostream& 
     const auto written =
         std::move(*columns).write(checksumText(reader.checksum()), "FatigueSolver " VEXA_VERSION);
     if (!written) return cannotWrite(written.error());
+    progress.end();
 
     out << describe(*definition, *plan) << '\n';
     for (const std::string& note : notes)

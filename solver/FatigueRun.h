@@ -12,8 +12,9 @@ namespace solver {
 
 struct RunSettings {
     std::filesystem::path interfaceFile;
-    std::string codePage; ///< of the file's text; empty: UTF-8
-    unsigned threads = 1; ///< at least 1
+    std::string codePage;             ///< of the file's text; empty: UTF-8
+    unsigned threads = 1;             ///< at least 1
+    std::ostream* terminal = nullptr; ///< where progress is drawn; null when nobody watches
 };
 
 struct RunFailure {

@@ -81,7 +81,7 @@ int fail(std::ostream& err, ExitCode code, const std::string& message) {
 } // namespace
 
 int run(std::span<const std::string> arguments, const std::string& codePage, std::ostream& out,
-        std::ostream& err) {
+        std::ostream& err, std::ostream* terminal) {
     try {
         auto request = parse(arguments);
         if (!request) return fail(err, kBadUsage, request.error().message);
@@ -90,6 +90,7 @@ int run(std::span<const std::string> arguments, const std::string& codePage, std
             return kDone;
         }
         request->settings.codePage = codePage;
+        request->settings.terminal = terminal;
         if (const auto failure = runFatigue(request->settings, out))
             return fail(err, failure->code, failure->error.message);
         return kDone;

@@ -16,8 +16,8 @@ enum ExitCode : int {
 
 /// The whole program: `arguments` without the program's name, UTF-8. What was done and what was left out goes
 /// to `out`, a failure as one sentence to `err`. The text of the file's first record is read in `codePage`
-/// (empty: UTF-8).
+/// (empty: UTF-8). Progress is drawn on `terminal`, when there is one.
 int run(std::span<const std::string> arguments, const std::string& codePage, std::ostream& out,
-        std::ostream& err);
+        std::ostream& err, std::ostream* terminal = nullptr);
 
 } // namespace solver

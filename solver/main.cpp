@@ -1,5 +1,7 @@
 #include "solver/Program.h"
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <iostream>
 #include <string>
@@ -8,5 +10,6 @@
 int main(int count, char** values) {
     const std::vector<std::string> arguments(values + (count > 0 ? 1 : 0), values + count);
     const char* codePage = std::getenv("VEXA_CODE_PAGE");
-    return solver::run(arguments, codePage ? codePage : "", std::cout, std::cerr);
+    std::ostream* terminal = ::isatty(STDERR_FILENO) == 1 ? &std::cerr : nullptr;
+    return solver::run(arguments, codePage ? codePage : "", std::cout, std::cerr, terminal);
 }
