@@ -461,7 +461,7 @@ class InpParser {
         const std::filesystem::path path = folder_ / *input;
         if (openFiles_.size() >= 64) return fail("files include each other more than 64 deep");
         std::error_code code;
-        if (!std::filesystem::exists(path, code))
+        if (!std::filesystem::is_regular_file(path, code))
             return fail("the included file " + path.string() + " is not there");
         if (!enterFile(path)) return fail(path.string() + " includes itself");
         auto window = TextWindow::openFile(path);

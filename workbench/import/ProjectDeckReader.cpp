@@ -3,6 +3,7 @@
 #include "workbench/import/ProjectDeck.h"
 #include "workbench/import/ProjectDeckChecks.h"
 #include "workbench/import/TextWindow.h"
+#include "workbench/import/TomlText.h"
 
 #include <algorithm>
 #include <cmath>
@@ -292,6 +293,10 @@ Result<ProjectDeck> parse(std::string_view text, const std::string& name, const 
     ProjectDeck deck;
     deck.fileName = name;
     DeckErrors errors(name);
+    if (const auto fault = findTomlFault(text)) {
+        errors.add(fault->line, "this is not TOML: " + fault->message);
+        return errors.toError();
+    }
     try {
         const toml::table root = toml::parse(text, name);
         Reader(deck, errors, folder).read(root);

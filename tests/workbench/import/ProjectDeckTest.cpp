@@ -1,5 +1,7 @@
 #include "workbench/import/ProjectDeck.h"
 
+#include "tests/support/TemporaryFolder.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -123,6 +125,8 @@ const Edit kEdits[] = {
     {"title = \"Bracket\"", "title = 3", "title is 3; it must be a text"},
     {"title = \"Bracket\"", "titel = \"B\"", "the key 'titel' is not known, did you mean 'title'?"},
     {"title = \"Bracket\"", "title = \"B", "this is not TOML"},
+    {"title = \"Bracket\"", "[[= 1]]", "the name of a table is missing"},
+    {"title = \"Bracket\"", "größe = 1", "a character beyond ASCII stands outside of quotes"},
     {"force = \"kN\"", "force = \"kip\"",
      "force is 'kip', did you mean 'kips'?; accepted are 'N', 'kN', 'MN'"},
     {"length = \"m\"", "width = 1",
@@ -225,6 +229,14 @@ TEST(ProjectDeck, TellsItsAuthorWhatIsWrong) {
         EXPECT_TRUE(found) << edit.from << " -> " << edit.to << "\ngave:\n"
                            << deck.error().message << "\nnot: " << place << edit.words;
     }
+}
+
+TEST(ProjectDeck, TakesTheDocumentedExample) {
+    const std::string page = bytesOf(VEXA_SOURCE_DIR "/docs/project-deck.md");
+    const std::size_t begin = page.find("```toml\n") + 8;
+    const auto deck = readText(page.substr(begin, page.find("```", begin) - begin));
+    ASSERT_TRUE(deck) << deck.error().message;
+    EXPECT_EQ(deck->fatigue.size(), 2u);
 }
 
 TEST(ProjectDeck, ReportsAllFaultsAtOnce) {

@@ -1,0 +1,100 @@
+#include "workbench/import/TomlText.h"
+
+#include <algorithm>
+
+namespace workbench {
+namespace {
+
+bool beginsKey(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
+           c == '-' || c == '"' || c == '\'';
+}
+
+/// Walks over a TOML text and keeps track of strings, comments, brackets and lines.
+class Scanner {
+  public:
+    explicit Scanner(std::string_view text)
+        : text_(text) {
+        if (text_.starts_with("\xEF\xBB\xBF")) at_ = 3; // byte order mark
+    }
+
+    std::optional<TomlFault> run() {
+        while (at_ < text_.size()) {
+            const char c = text_[at_];
+            if (c == '\n') {
+                endLine();
+            } else if (c == ' ' || c == '\t' || c == '\r') {
+                ++at_;
+            } else if (c == '#') {
+                at_ = std::min(text_.find('\n', at_), text_.size());
+            } else if (static_cast<unsigned char>(c) >= 0x80) {
+                return TomlFault{line_, "a character beyond ASCII stands outside of quotes"};
+            } else if (c == '[' && statementBegins_) {
+                if (!passHeader()) return TomlFault{line_, "the name of a table is missing behind '['"};
+            } else {
+                statementBegins_ = false;
+                if (c == '"' || c == '\'')
+                    passString(c);
+                else
+                    passOther(c);
+            }
+        }
+        return std::nullopt;
+    }
+
+  private:
+    void endLine() {
+        ++at_;
+        ++line_;
+        if (depth_ == 0) statementBegins_ = true;
+    }
+
+    bool passHeader() {
+        statementBegins_ = false;
+        ++at_;
+        if (at_ < text_.size() && text_[at_] == '[') ++at_;
+        at_ = std::min(text_.find_first_not_of(" \t", at_), text_.size());
+        return at_ < text_.size() && beginsKey(text_[at_]);
+    }
+
+    void passOther(char c) {
+        if (c == '[' || c == '{') ++depth_;
+        if ((c == ']' || c == '}') && depth_ > 0) --depth_;
+        ++at_;
+    }
+
+    /// Passes a string; one of a single line that is not closed ends with the line.
+    void passString(char quote) {
+        const bool isLong = text_.substr(at_).starts_with(std::string(3, quote));
+        at_ += isLong ? 3 : 1;
+        while (at_ < text_.size()) {
+            if (text_[at_] == '\n') {
+                if (!isLong) return;
+                ++line_;
+            }
+            if (text_[at_] == '\\' && quote == '"' && at_ + 1 < text_.size() && text_[at_ + 1] != '\n') {
+                at_ += 2;
+            } else if (text_[at_] == quote &&
+                       (!isLong || text_.substr(at_).starts_with(std::string(3, quote)))) {
+                at_ += isLong ? 3 : 1;
+                return;
+            } else {
+                ++at_;
+            }
+        }
+    }
+
+    std::string_view text_;
+    std::size_t at_ = 0;
+    int line_ = 1;
+    std::size_t depth_ = 0; ///< open brackets of values
+    bool statementBegins_ = true;
+};
+
+} // namespace
+
+std::optional<TomlFault> findTomlFault(std::string_view text) {
+    return Scanner(text).run();
+}
+
+} // namespace workbench
