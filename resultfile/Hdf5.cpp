@@ -106,6 +106,8 @@ std::string failureCause() {
 Handle groupCreation() {
     Handle creation(H5Pcreate(H5P_GROUP_CREATE));
     H5Pset_obj_track_times(creation.get(), false);
+    // Links stay in the header of their group, however many there are: see headerIntact.
+    H5Pset_link_phase_change(creation.get(), layout::kMostMembers, 0);
     return creation;
 }
 
@@ -233,6 +235,25 @@ bool transferIn(hid_t dataset, hid_t memory, std::uint64_t first, std::uint64_t 
     if (count == 0) return true;
     const Run run = selectRun(dataset, first, count);
     return run.valid && H5Dread(dataset, memory, run.memory.get(), run.file.get(), H5P_DEFAULT, values) >= 0;
+}
+
+Handle pendingGroup(hid_t file, const char* name) {
+    const Handle creation(H5Pcreate(H5P_GROUP_CREATE));
+    H5Pset_obj_track_times(creation.get(), false);
+    return Handle(H5Gcreate2(file, name, H5P_DEFAULT, creation.get(), H5P_DEFAULT));
+}
+
+bool settleMembers(hid_t file, const char* pendingName, Handle& pending, std::size_t count, hid_t parent,
+                   const char* name) {
+    const Handle creation = groupCreation();
+    const Handle group(H5Gcreate2(parent, name, H5P_DEFAULT, creation.get(), H5P_DEFAULT));
+    if (!group) return false;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string member = layout::memberName(i);
+        if (H5Lmove(pending.get(), member.c_str(), group.get(), member.c_str(), H5P_DEFAULT, H5P_DEFAULT) < 0)
+            return false;
+    }
+    return pending.reset() && H5Ldelete(file, pendingName, H5P_DEFAULT) >= 0;
 }
 
 std::optional<std::uint64_t> memberCount(hid_t group) {

@@ -94,6 +94,14 @@ std::optional<Extent> contiguousExtent(hid_t dataset, hid_t type, std::uint64_t 
 bool transferOut(hid_t dataset, hid_t memory, std::uint64_t first, std::uint64_t count, const void* values);
 bool transferIn(hid_t dataset, hid_t memory, std::uint64_t first, std::uint64_t count, void* values);
 
+/// A group for members that are still being made. HDF5 takes cubic time when links come one by one into the
+/// header of a group while other objects are made; here it keeps them in a tree.
+Handle pendingGroup(hid_t file, const char* name);
+/// Moves the first `count` members "000001", "000002", ... of a pending group to a new group `name` of
+/// `parent` that keeps them in its header; the pending group goes.
+bool settleMembers(hid_t file, const char* pendingName, Handle& pending, std::size_t count, hid_t parent,
+                   const char* name);
+
 /// Number of links of a group; nothing on failure.
 std::optional<std::uint64_t> memberCount(hid_t group);
 

@@ -35,8 +35,9 @@ inline constexpr const char* kChecksum = "checksum";
 
 /// Longest text that the format stores, in bytes of UTF-8.
 inline constexpr std::size_t kLongestText = 4096;
-/// Most cases of a file, steps of a case and item lists of a file: what six digits count.
-inline constexpr std::size_t kMostMembers = 999999;
+/// Most cases of a file, steps of a case, tables of a step and item lists of a file: what HDF5 keeps in the
+/// header of a group.
+inline constexpr unsigned kMostMembers = 65535;
 
 /// Name of the member at `index`, from zero: "000001", "000002", ... so that the order of names is the order
 /// of members.

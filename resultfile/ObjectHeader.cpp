@@ -1,5 +1,7 @@
 #include "resultfile/ObjectHeader.h"
 
+#include "resultfile/HeaderMessages.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -13,13 +15,6 @@ namespace {
 /// More than any header that holds our texts, few enough to read without a second thought.
 constexpr std::uint64_t kLargestHeader = 1 << 20;
 constexpr std::size_t kChecksumSize = 4;
-constexpr unsigned kContinuation = 0x10;
-
-std::uint64_t number(const std::byte* bytes, std::size_t size) {
-    std::uint64_t value = 0;
-    std::memcpy(&value, bytes, size);
-    return value;
-}
 
 /// A piece of the file that ends in its checksum.
 struct Chunk {
@@ -43,20 +38,21 @@ struct Walk {
         bytes.resize(chunk.size);
         if (!file.read(chunk.address, chunk.size, bytes.data())) return false;
         const auto content = std::span(bytes).first(bytes.size() - kChecksumSize);
-        return lookup3(content) == number(bytes.data() + content.size(), kChecksumSize);
+        return lookup3(content) == littleEndian(std::span(bytes).last(kChecksumSize), kChecksumSize);
     }
 
-    /// Notes the continuations among the messages.
+    /// Notes the continuations; false for messages that the Writer never makes.
     bool follow(std::span<const std::byte> messages) {
         const std::size_t head = ordered ? 6 : 4;
         while (messages.size() >= head) {
             const auto type = static_cast<unsigned>(messages[0]);
-            const std::size_t size = number(&messages[1], 2);
-            if (size > messages.size() - head) return false;
-            if (type == kContinuation) {
-                if (size != 16) return false;
-                pending.push_back({number(&messages[head], 8), number(&messages[head + 8], 8)});
-            }
+            const std::size_t size = littleEndian(messages.subspan(1), 2);
+            const bool shared = static_cast<unsigned>(messages[3]) & 2;
+            if (shared || size > messages.size() - head || !plainMessage(type, messages.subspan(head, size)))
+                return false;
+            if (type == kContinuation)
+                pending.push_back(
+                    {littleEndian(messages.subspan(head), 8), littleEndian(messages.subspan(head + 8), 8)});
             messages = messages.subspan(head + size);
         }
         return true;
@@ -110,7 +106,7 @@ bool headerIntact(hdf5::OpenFile& file, std::uint64_t fileSize, std::uint64_t ad
     const std::size_t sizeAt = 6 + (flags & 0x20 ? 16 : 0) + (flags & 0x10 ? 4 : 0);
     const std::size_t sizeLength = std::size_t{1} << (flags & 3);
     const std::size_t start = sizeAt + sizeLength;
-    const std::uint64_t messages = number(&prefix[sizeAt], sizeLength);
+    const std::uint64_t messages = littleEndian(std::span(prefix).subspan(sizeAt), sizeLength);
     if (messages > kLargestHeader) return false;
 
     Walk walk{file, fileSize, {{address, start + messages + kChecksumSize}}};

@@ -33,14 +33,17 @@ std::string superblockFault(hdf5::OpenFile& file) {
     if (size < head.size()) return "it is cut short";
     const unsigned version = head[8];
     if (version != 2 && version != 3) return "it is an HDF5 file, but not a result file";
-    if (head[9] != 8 || head[10] != 8 || number<std::uint64_t>(&head[12]) != 0)
+    constexpr std::uint64_t nowhere = ~std::uint64_t{0};
+    if (head[9] != 8 || head[10] != 8 || number<std::uint64_t>(&head[12]) != 0 ||
+        number<std::uint64_t>(&head[20]) != nowhere)
         return "its superblock is damaged or not that of a result file";
     const std::uint64_t end = number<std::uint64_t>(&head[28]);
     if (end > size)
         return "it is cut short: " + std::to_string(size) + " of " + std::to_string(end) + " bytes are there";
     const auto checked = std::as_bytes(std::span(head)).first(kSuperblockSize - 4);
     if (lookup3(checked) != number<std::uint32_t>(&head[checked.size()])) return "its superblock is damaged";
-    if (!headerIntact(file, size, number<std::uint64_t>(&head[36]))) return "its root group is damaged";
+    if (!headerIntact(file, size, number<std::uint64_t>(&head[36])))
+        return "its root group is damaged or changed by another program";
     return {};
 }
 

@@ -24,6 +24,10 @@ constexpr std::size_t kGathered = 64 * 1024;
 /// Values that are checked, checksummed and written at once, few enough to stay in the cache meanwhile.
 constexpr std::size_t kBlock = 1024 * 1024;
 
+/// Groups of the unfinished file; none is left in a finished one.
+constexpr const char* kPendingCases = "pending_cases";
+constexpr const char* kPendingSteps = "pending_steps";
+
 /// Position of the first value that is infinite or not a number; values.size() when all are finite.
 std::size_t firstNonFinite(std::span<const float> values) {
     constexpr std::uint32_t exponent = 0x7F800000;
@@ -128,7 +132,9 @@ struct Writer::State {
     std::optional<Reservation> reservation;
     std::optional<ReplacedFile> replaced;
     std::shared_ptr<OpenFile> sink = std::make_shared<OpenFile>();
-    Handle file, cases, itemLists, steps, step, newGroup, newDataset;
+    Handle file, itemLists, newGroup, newDataset;
+    Handle pendingCases, pendingSteps; ///< where cases, and steps of the open case, are until all are there
+    Handle openCase, step;
 
     std::uint64_t nodeCount = 0;
     std::uint64_t elementCount = 0;
@@ -162,7 +168,8 @@ std::string Writer::State::at(unsigned id) const {
 
 void Writer::State::closeFile() {
     tables.clear();
-    for (Handle* handle : {&step, &steps, &cases, &itemLists, &newGroup, &newDataset})
+    for (Handle* handle :
+         {&step, &openCase, &pendingSteps, &pendingCases, &itemLists, &newGroup, &newDataset})
         handle->reset();
 }
 
@@ -180,7 +187,9 @@ Result<void> Writer::State::create() {
     for (const std::string* text : {&analysis, &producer})
         if (const auto fault = textFault(*text); !fault.empty())
             return fail("the text " + inQuotes(*text) + " " + fault);
-    reservation.emplace(std::filesystem::absolute(target).lexically_normal());
+    std::error_code unknown;
+    auto whole = std::filesystem::weakly_canonical(std::filesystem::absolute(target), unknown);
+    reservation.emplace(unknown ? target : std::move(whole));
     if (!reservation->taken()) return fail("it is being written already");
     replaced.emplace(target);
     if (!sink->create(replaced->temporaryPath())) return fail(systemErrorText(sink->fault()));
@@ -188,9 +197,9 @@ Result<void> Writer::State::create() {
     if (!file) return failInHdf5("the file");
     newGroup = groupCreation();
     newDataset = datasetCreation();
-    cases = Handle(H5Gcreate2(file.get(), layout::kCases, H5P_DEFAULT, newGroup.get(), H5P_DEFAULT));
     itemLists = Handle(H5Gcreate2(file.get(), layout::kItemLists, H5P_DEFAULT, newGroup.get(), H5P_DEFAULT));
-    if (!cases || !itemLists) return failInHdf5("groups");
+    pendingCases = pendingGroup(file.get(), kPendingCases);
+    if (!itemLists || !pendingCases) return failInHdf5("its groups");
     return {};
 }
 
@@ -233,6 +242,7 @@ Result<void> Writer::State::addTable(unsigned id, Location location, std::uint64
     if (failure) return *failure;
     if (!step) return fail("component " + std::to_string(id) + " comes before the first step of a case");
     if (!ids.insert(id).second) return fail(at(id) + " is there twice");
+    if (ids.size() > layout::kMostMembers) return fail(at(id) + " is one too many");
     const auto expected = expectedCount(id, location, itemsName);
     if (!expected) return expected.error();
     if (count != *expected)
@@ -320,9 +330,12 @@ Result<void> Writer::State::endStep() {
 }
 
 Result<void> Writer::State::endCase() {
-    if (auto ended = endStep(); !ended) return ended;
+    if (auto ended = endStep(); !ended || !openCase) return ended;
+    if (!settleMembers(file.get(), kPendingSteps, pendingSteps, stepNames.size(), openCase.get(),
+                       layout::kSteps) ||
+        !openCase.reset())
+        return failInHdf5("case " + inQuotes(caseName));
     stepNames.clear();
-    if (!steps.reset()) return failInHdf5("case " + inQuotes(caseName));
     return {};
 }
 
@@ -413,15 +426,16 @@ Result<void> Writer::beginCase(const std::string& name) {
     if (auto ended = s.endCase(); !ended) return ended;
     if (const auto fault = textFault(name); !fault.empty())
         return s.fail("the case name " + inQuotes(name) + " " + fault);
-    const std::string member = layout::memberName(s.caseNames.size());
     if (!s.caseNames.insert(name).second) return s.fail("case " + inQuotes(name) + " is there twice");
     if (s.caseNames.size() > layout::kMostMembers)
         return s.fail("case " + inQuotes(name) + " is one too many");
     s.caseName = name;
-    const Handle group(H5Gcreate2(s.cases.get(), member.c_str(), H5P_DEFAULT, s.newGroup.get(), H5P_DEFAULT));
-    if (!group || !writeText(group.get(), layout::kName, name)) return s.failInHdf5("case " + inQuotes(name));
-    s.steps = Handle(H5Gcreate2(group.get(), layout::kSteps, H5P_DEFAULT, s.newGroup.get(), H5P_DEFAULT));
-    if (!s.steps) return s.failInHdf5("case " + inQuotes(name));
+    const std::string member = layout::memberName(s.caseNames.size() - 1);
+    s.pendingSteps = pendingGroup(s.file.get(), kPendingSteps);
+    s.openCase =
+        Handle(H5Gcreate2(s.pendingCases.get(), member.c_str(), H5P_DEFAULT, s.newGroup.get(), H5P_DEFAULT));
+    if (!s.pendingSteps || !s.openCase || !writeText(s.openCase.get(), layout::kName, name))
+        return s.failInHdf5("case " + inQuotes(name));
     return {};
 }
 
@@ -429,17 +443,18 @@ Result<void> Writer::beginStep(const std::string& name, double value) {
     State& s = *state_;
     if (s.failure) return *s.failure;
     const std::string subject = "step " + inQuotes(name) + " of case " + inQuotes(s.caseName);
-    if (!s.steps) return s.fail("step " + inQuotes(name) + " comes before the first case");
+    if (!s.openCase) return s.fail("step " + inQuotes(name) + " comes before the first case");
     const Session session;
     if (auto ended = s.endStep(); !ended) return ended;
     if (const auto fault = textFault(name); !fault.empty())
         return s.fail("the step name " + inQuotes(name) + " " + fault);
     if (!std::isfinite(value)) return s.fail(subject + " has a value that is not finite");
-    const std::string member = layout::memberName(s.stepNames.size());
     if (!s.stepNames.insert(name).second) return s.fail(subject + " is there twice");
     if (s.stepNames.size() > layout::kMostMembers) return s.fail(subject + " is one too many");
     s.stepName = name;
-    s.step = Handle(H5Gcreate2(s.steps.get(), member.c_str(), H5P_DEFAULT, s.newGroup.get(), H5P_DEFAULT));
+    const std::string member = layout::memberName(s.stepNames.size() - 1);
+    s.step =
+        Handle(H5Gcreate2(s.pendingSteps.get(), member.c_str(), H5P_DEFAULT, s.newGroup.get(), H5P_DEFAULT));
     if (!s.step || !writeText(s.step.get(), layout::kName, name) ||
         !writeNumber(s.step.get(), layout::kValue, value))
         return s.failInHdf5(subject);
@@ -468,6 +483,9 @@ Result<void> Writer::commit() {
     const Session session;
     if (!s.hasMesh) return s.fail("the mesh is missing");
     if (auto ended = s.endCase(); !ended) return ended;
+    if (!settleMembers(s.file.get(), kPendingCases, s.pendingCases, s.caseNames.size(), s.file.get(),
+                       layout::kCases))
+        return s.failInHdf5("the cases");
     if (auto written = s.writeTexts(); !written) return written;
     s.closeFile();
     if (!s.file.reset() || !s.sink->close() || s.sink->fault()) return s.failInHdf5("closing");
