@@ -1,5 +1,6 @@
 #include "workbench/import/FrdReader.h"
 
+#include "workbench/import/ColumnReader.h"
 #include "workbench/import/FixedField.h"
 #include "workbench/import/Names.h"
 
@@ -16,7 +17,9 @@ constexpr std::size_t kMarkWidth = 3; ///< " -1", " -2", " -3"
 /// No entity has more components; a larger count is a broken file.
 constexpr int kMostComponents = 1000;
 constexpr std::size_t kValuesPerLine = 6;
-constexpr std::size_t kRowsAtOnce = 4096; ///< so that the tables being filled stay in the cache
+constexpr std::size_t kFirstValue = kMarkWidth + fixedfield::kIntegerWidth;
+constexpr std::size_t kRowsAtOnce = 4096; ///< by which tables grow
+constexpr std::size_t kRowsAtATime = 64;  ///< whose text stays in the innermost cache
 
 std::string_view column(std::string_view line, std::size_t first, std::size_t width) {
     return first < line.size() ? line.substr(first, width) : std::string_view();
@@ -243,51 +246,56 @@ class FrdParser {
     /// Reads rows as long as they are exactly as the solver prints them: " -1", the node in ten columns, a
     /// value in each twelve, line feed. Stops at the first that is not, for slowRow.
     void fastRows(FrdBlock& block) {
-        if (numberWidth_ != fixedfield::kIntegerWidth) return;
-        switch (block.components.size()) {
-        case 1:
-            return fastRowsOf<1>(block);
-        case 3:
-            return fastRowsOf<3>(block);
-        case 6:
-            return fastRowsOf<6>(block);
-        default:
-            return;
-        }
-    }
-
-    template <std::size_t Count>
-    void fastRowsOf(FrdBlock& block) {
-        constexpr std::size_t kFirst = kMarkWidth + fixedfield::kIntegerWidth;
-        constexpr std::size_t kLength = kFirst + Count * fixedfield::kRealWidth + 1;
+        const std::size_t count = block.components.size();
+        if (numberWidth_ != fixedfield::kIntegerWidth || count == 0 || count > kValuesPerLine) return;
+        const std::size_t length = kFirstValue + count * fixedfield::kRealWidth + 1;
         while (true) {
-            const std::string_view text = window_.peek(kLength);
-            const std::size_t most = std::min(text.size() / kLength, kRowsAtOnce);
+            // The last row of the file is left to slowRow: columns are read a few bytes beyond their ends.
+            const std::string_view text = window_.peek(2 * length);
+            const std::size_t most = std::min(text.size() / length, kRowsAtOnce + 1);
+            if (most < 2) return;
             const std::size_t before = block.nodes.size();
-            block.nodes.resize(before + most);
-            std::array<float*, Count> out;
-            for (std::size_t c = 0; c < Count; ++c) {
-                block.values[c].resize(before + most);
-                out[c] = block.values[c].data() + before;
-            }
-            std::int32_t* const nodes = block.nodes.data() + before;
-            const char* row = text.data();
-            std::size_t done = 0;
-            for (; done < most; ++done, row += kLength) {
-                if (row[0] != ' ' || row[1] != '-' || row[2] != '1' || row[kLength - 1] != '\n') break;
-                const std::int32_t node = fixedfield::readInteger(row + kMarkWidth);
-                fixedfield::RealReader reals;
-                for (std::size_t c = 0; c < Count; ++c)
-                    out[c][done] = reals.read(row + kFirst + c * fixedfield::kRealWidth);
-                if (node < 0 || !reals.allGood()) break;
-                nodes[done] = node;
-            }
+            block.nodes.resize(before + most - 1);
+            for (auto& table : block.values)
+                table.resize(before + most - 1);
+            std::size_t done = 0, good = 0;
+            do {
+                const std::size_t wanted = std::min(kRowsAtATime, most - 1 - done);
+                good = fastPiece(block, text.data() + done * length, length, wanted, before + done);
+                done += good;
+            } while (good == kRowsAtATime);
             block.nodes.resize(before + done);
             for (auto& table : block.values)
                 table.resize(before + done);
-            window_.skipLines(done * kLength, done);
-            if (done < most || most == 0) return;
+            window_.skipLines(done * length, done);
+            if (done + 1 < most) return;
         }
+    }
+
+    /// Reads up to `wanted` rows of `length` bytes into the tables from row `target` on; answers how many of
+    /// them, from the first on, are as they must be.
+    std::size_t fastPiece(FrdBlock& block, const char* text, std::size_t length, std::size_t wanted,
+                          std::size_t target) const {
+        std::size_t rows = 0;
+        for (const char* row = text; rows < wanted; ++rows, row += length) {
+            if (row[0] != ' ' || row[1] != '-' || row[2] != '1' || row[length - 1] != '\n') break;
+            const std::int32_t node = fixedfield::readInteger(row + kMarkWidth);
+            if (node < 1) break;
+            block.nodes[target + rows] = node;
+        }
+        const auto readAll = [&](fixedfield::ColumnReader read, std::size_t first, std::size_t count) {
+            const char* field = text + first * length + kFirstValue;
+            for (auto& table : block.values) {
+                if (!read(field, length, count, table.data() + target + first)) return false;
+                field += fixedfield::kRealWidth;
+            }
+            return true;
+        };
+        if (readAll(readColumn_, 0, rows)) return rows;
+        std::size_t good = 0;
+        while (good < rows && readAll(fixedfield::readColumn, good, 1))
+            ++good;
+        return good;
     }
 
     /// Any row, with its continuation lines, by column.
@@ -338,6 +346,7 @@ class FrdParser {
     std::vector<std::vector<float>> spareTables_; ///< memory that the block has no use for
     std::size_t numberWidth_ = 10;
     std::optional<int> announced_;
+    const fixedfield::ColumnReader readColumn_ = fixedfield::fastestColumnReader();
     std::string error_;
 };
 
