@@ -1,6 +1,6 @@
 #include "solver/BatchPipeline.h"
 
-#include "solver/LoadHistory.h"
+#include "solver/NodeEvaluator.h"
 
 #include <algorithm>
 #include <cmath>
@@ -20,12 +20,12 @@ class BatchTask {
   public:
     BatchTask(const Definition& definition, const EvaluationPlan& plan)
         : plan_(plan)
-        , history_(definition) {}
+        , evaluator_(definition, plan) {}
 
     NodeBatch& batch() { return batch_; }
     bool pending() const { return done_.valid(); }
     void start(std::launch how) {
-        done_ = std::async(how, [this] { return evaluate(); });
+        done_ = std::async(how, [this] { return evaluator_.evaluate(batch_, outcomes_); });
     }
 
     /// Waits for the outcomes and hands them on.
@@ -34,7 +34,7 @@ class BatchTask {
         const std::size_t corrections = plan_.corrections.size();
         for (std::size_t node = 0; node < batch_.size(); ++node) {
             std::span<const Outcome> outcomes;
-            if (!materialsOf(node).empty())
+            if (!materialsOf(batch_, node).empty())
                 outcomes = std::span(outcomes_).subspan(node * corrections, corrections);
             if (const auto put = sink(batch_.numbers[node], outcomes); !put)
                 return PipelineFailure{true, put.error()};
@@ -43,36 +43,10 @@ class BatchTask {
     }
 
   private:
-    std::span<const std::uint32_t> materialsOf(std::size_t node) const {
-        const std::size_t begin = node == 0 ? 0 : batch_.materialEnds[node - 1];
-        return std::span(batch_.materials).subspan(begin, batch_.materialEnds[node] - begin);
-    }
-
-    Result<void> evaluate() {
-        const std::size_t length = history_.length();
-        const std::size_t corrections = plan_.corrections.size();
-        values_.resize(batch_.size() * length);
-        outcomes_.assign(batch_.size() * corrections, {});
-        history_.evaluate(*plan_.measure, batch_.tensors, values_);
-        for (std::size_t node = 0; node < batch_.size(); ++node) {
-            const auto materials = materialsOf(node);
-            if (materials.empty()) continue;
-            const auto values = std::span<const double>(values_).subspan(node * length, length);
-            if (!std::all_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); }))
-                return Error{"the load history of node " + std::to_string(batch_.numbers[node]) +
-                             " exceeds the range of numbers; check its loads and their factors"};
-            evaluateHistory(plan_, values, materials, scratch_,
-                            std::span(outcomes_).subspan(node * corrections, corrections));
-        }
-        return {};
-    }
-
     const EvaluationPlan& plan_;
-    LoadHistory history_;
+    NodeEvaluator evaluator_;
     NodeBatch batch_;
-    std::vector<double> values_;
     std::vector<Outcome> outcomes_;
-    EvaluationScratch scratch_;
     std::future<Result<void>> done_; ///< last, so that its end is awaited before the rest goes
 };
 

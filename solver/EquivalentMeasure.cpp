@@ -62,16 +62,22 @@ double signedVonMises(const Tensor& tensor) {
     return compressionRules(principalExtremes(tensor)) ? -vonMises(tensor) : vonMises(tensor);
 }
 
+double signedTresca(const Tensor& tensor) {
+    const PrincipalExtremes extremes = principalExtremes(tensor);
+    const double intensity = extremes.largest - extremes.smallest;
+    return compressionRules(extremes) ? -intensity : intensity;
+}
+
 template <double (*measure)(const Tensor&)>
 void forEach(std::span<const Tensor> path, std::span<double> values) {
     std::transform(path.begin(), path.end(), values.begin(), measure);
 }
 
 constexpr std::array<EquivalentMeasure, 4> kTable{{
-    {"absolute maximum principal", forEach<absoluteMaximumPrincipal>},
-    {"signed von Mises", forEach<signedVonMises>},
-    {"signed Tresca", nullptr},
-    {"critical plane", nullptr},
+    {"absolute maximum principal", forEach<absoluteMaximumPrincipal>, false},
+    {"signed von Mises", forEach<signedVonMises>, true},
+    {"signed Tresca", forEach<signedTresca>, true},
+    {"critical plane", nullptr, false},
 }};
 
 } // namespace

@@ -1,114 +1,42 @@
 #include "solver/Evaluation.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace solver {
 namespace {
 
-const char* unsupportedType(AnalysisType type) {
-    switch (type) {
-    case AnalysisType::StrainLifeCases:
-        return "strain-life over load cases";
-    case AnalysisType::StrainLifeSteps:
-        return "strain-life over steps";
-    case AnalysisType::StressAndStrainSteps:
-        return "stress and strain over steps";
-    default:
-        return nullptr;
-    }
+CycleLife lifeOf(const MaterialModel& material, unsigned correction, const Cycle& cycle) {
+    const double amplitude = meanStressCorrections()[correction].equivalentAmplitude(
+        0.5 * cycle.range, cycle.mean, material.strengths);
+    return {material.curve.cyclesToFailure(amplitude), amplitude};
 }
 
-Error unsupported(const std::string& what) {
-    return Error{what + " is not supported by this version of the solver"};
+CycleLife lifeOf(const StrainLifeModel& material, unsigned correction, const StrainCycle& cycle) {
+    return material.life(correction, cycle);
 }
 
-std::string materialName(std::size_t index) {
-    return "material " + std::to_string(index + 1);
+double stressOf(const Cycle& cycle) {
+    return cycle.mean;
+}
+double stressOf(const StrainCycle& cycle) {
+    return cycle.meanStress;
+}
+double largestStressOf(const Cycle& cycle) {
+    return cycle.mean + 0.5 * cycle.range;
+}
+double largestStressOf(const StrainCycle& cycle) {
+    return cycle.largestStress;
 }
 
-Result<LifeCurve> makeCurve(const StressLifeMaterial& material) {
-    return material.tabulated ? LifeCurve::table(material.points)
-                              : LifeCurve::basquin(material.basquin[0], material.basquin[1]);
-}
-
-Result<void> addMaterials(const Definition& definition, EvaluationPlan& plan) {
-    for (const StressLifeMaterial& material : definition.stressLifeMaterials) {
-        auto curve = makeCurve(material);
-        if (!curve) return Error{materialName(plan.materials.size()) + ": " + curve.error().message};
-        plan.materials.push_back({std::move(*curve), {material.ultimateStrength, material.yieldStrength}});
-    }
-    return {};
-}
-
-/// True when every material has what the correction needs; else a note says which one lacks what.
-bool allSupport(const MeanStressCorrection& correction, const EvaluationPlan& plan,
-                std::vector<std::string>& notes) {
-    for (std::size_t i = 0; i < plan.materials.size(); ++i) {
-        const char* missing = correction.missing(plan.materials[i].strengths);
-        if (!missing) continue;
-        notes.push_back(std::string(correction.name) + " is left out: " + materialName(i) + " has no " +
-                        missing + " above 0.");
-        return false;
-    }
-    return true;
-}
-
-Result<void> addCorrections(const Definition& definition, EvaluationPlan& plan,
-                            std::vector<std::string>& notes) {
-    const auto table = meanStressCorrections();
-    auto requested = definition.corrections;
-    if (std::none_of(requested.begin(), requested.end(), [](bool flag) { return flag; })) {
-        notes.push_back("No mean-stress correction is requested; None is computed.");
-        requested[0] = true;
-    }
-    for (unsigned i = 0; i < requested.size(); ++i) {
-        if (!requested[i]) continue;
-        if (!table[i].equivalentAmplitude)
-            return unsupported(std::string("the mean-stress correction ") + table[i].name);
-        if (allSupport(table[i], plan, notes)) plan.corrections.push_back(i);
-    }
-    if (plan.corrections.empty()) return Error{"nothing is left to compute: " + notes.back()};
-    return {};
-}
-
-} // namespace
-
-Result<EvaluationPlan> makePlan(const Definition& definition, std::vector<std::string>& notes) {
-    if (const char* type = unsupportedType(definition.type)) return unsupported(type);
-    EvaluationPlan plan;
-    plan.measure = &equivalentMeasures()[static_cast<std::size_t>(definition.stressOption - 1)];
-    if (!plan.measure->evaluate) return unsupported(std::string("the stress option ") + plan.measure->name);
-    const auto& outputs = definition.outputs;
-    if (std::none_of(outputs.begin(), outputs.end(), [](bool flag) { return flag; }))
-        return Error{"no output is requested; ask for damage, life or equivalent amplitude"};
-    plan.infiniteLife = definition.infiniteLife;
-    plan.smallestRange = definition.quickRainflow ? definition.rainflowValue / 100.0 : 0.0;
-    plan.blocks = definition.loadCycleCount;
-    if (const auto added = addMaterials(definition, plan); !added) return added.error();
-    if (const auto added = addCorrections(definition, plan, notes); !added) return added.error();
-    return plan;
-}
-
-namespace {
-
-/// Sums over one block for one material.
-struct BlockSums {
-    double damage = 0;
-    double uncutDamage = 0; ///< with the cycles beyond the infinite life
-    double cycles = 0;
-    double largestAmplitude = 0; ///< corrected
-};
-
-BlockSums sumBlock(const MaterialModel& material, const MeanStressCorrection& correction, double infiniteLife,
-                   std::span<const Cycle> cycles) {
+template <class Material, class AnyCycle>
+BlockSums sumBlock(const Material& material, unsigned correction, double infiniteLife,
+                   const std::vector<AnyCycle>& cycles) {
     BlockSums sums;
-    for (const Cycle& cycle : cycles) {
-        const double amplitude =
-            correction.equivalentAmplitude(0.5 * cycle.range, cycle.mean, material.strengths);
-        const double cyclesToFailure = material.curve.cyclesToFailure(amplitude);
+    for (const AnyCycle& cycle : cycles) {
+        const auto [cyclesToFailure, amplitude] = lifeOf(material, correction, cycle);
         const double damage = cycle.count / cyclesToFailure;
         sums.uncutDamage += damage;
         if (cyclesToFailure <= infiniteLife) sums.damage += damage;
@@ -118,42 +46,119 @@ BlockSums sumBlock(const MaterialModel& material, const MeanStressCorrection& co
     return sums;
 }
 
-double equivalentAmplitude(const BlockSums& sums, const LifeCurve& curve) {
-    const double cyclesToFailure = sums.cycles / sums.uncutDamage;
-    // Without any damage the largest amplitude does none either.
-    return std::isfinite(cyclesToFailure) ? curve.amplitudeAt(cyclesToFailure) : sums.largestAmplitude;
+template <class Material, class AnyCycle>
+std::vector<EvaluatedCycle> evaluateEach(const Material& material, unsigned correction, double infiniteLife,
+                                         const std::vector<AnyCycle>& cycles) {
+    std::vector<EvaluatedCycle> all;
+    for (const AnyCycle& cycle : cycles) {
+        const auto [cyclesToFailure, amplitude] = lifeOf(material, correction, cycle);
+        all.push_back({cycle.range, cycle.mean, cycle.count, stressOf(cycle), largestStressOf(cycle),
+                       amplitude, cyclesToFailure,
+                       cyclesToFailure <= infiniteLife ? cycle.count / cyclesToFailure : 0.0});
+    }
+    return all;
+}
+
+void countStress(const EvaluationPlan& plan, const ScalarHistory& history, EvaluationScratch& scratch) {
+    countCycles(history.values, scratch.counter, scratch.cycles);
+    if (plan.smallestRange > 0) dropSmallCycles(scratch.cycles, plan.smallestRange);
+}
+
+/// Per material: its hysteresis and its Poisson's ratio have a say.
+void countStrain(const EvaluationPlan& plan, const ScalarHistory& history, std::uint32_t material,
+                 EvaluationScratch& scratch) {
+    const StrainLifeModel& model = plan.strainMaterials[material];
+    followStresses(model, history.values, plan.measure->ofShear ? model.shearMeasureFactor() : 1.0,
+                   history.stress, scratch.strain);
+    countStrainCycles(scratch.strain, scratch.strainCycles);
+    if (plan.smallestRange > 0) dropSmallCycles(scratch.strainCycles, plan.smallestRange);
+}
+
+double amplitudeAt(const EvaluationPlan& plan, std::uint32_t material, double cycles) {
+    return isStressLife(plan.type) ? plan.materials[material].curve.amplitudeAt(cycles)
+                                   : plan.strainMaterials[material].amplitudeAt(cycles);
 }
 
 } // namespace
 
-Outcome evaluateCycles(const EvaluationPlan& plan, const MeanStressCorrection& correction,
-                       std::span<const Cycle> cycles, std::span<const std::uint32_t> materials) {
-    BlockSums worst;
-    std::uint32_t governing = materials.front();
+bool Governing::worseThan(const Governing& other) const {
+    return std::pair(sums.damage, sums.uncutDamage) > std::pair(other.sums.damage, other.sums.uncutDamage);
+}
+
+void sumHistory(const EvaluationPlan& plan, std::span<const unsigned> corrections,
+                const ScalarHistory& history, std::span<const std::uint32_t> materials,
+                EvaluationScratch& scratch, std::span<Governing> governing) {
+    const bool stressLife = isStressLife(plan.type);
+    if (stressLife) countStress(plan, history, scratch);
     for (const std::uint32_t material : materials) {
-        const BlockSums sums = sumBlock(plan.materials[material], correction, plan.infiniteLife, cycles);
-        if (material != materials.front() &&
-            std::pair(sums.damage, sums.uncutDamage) <= std::pair(worst.damage, worst.uncutDamage))
-            continue;
-        worst = sums;
-        governing = material;
+        if (!stressLife) countStrain(plan, history, material, scratch);
+        for (std::size_t i = 0; i < corrections.size(); ++i) {
+            const BlockSums sums = stressLife ? sumBlock(plan.materials[material], corrections[i],
+                                                         plan.infiniteLife, scratch.cycles)
+                                              : sumBlock(plan.strainMaterials[material], corrections[i],
+                                                         plan.infiniteLife, scratch.strainCycles);
+            const Governing candidate{sums, material, {}};
+            if (material == materials.front() || candidate.worseThan(governing[i])) governing[i] = candidate;
+        }
     }
+}
+
+std::vector<EvaluatedCycle> evaluateEachCycle(const EvaluationPlan& plan, unsigned correction,
+                                              const ScalarHistory& history, std::uint32_t material,
+                                              EvaluationScratch& scratch) {
+    if (isStressLife(plan.type)) {
+        countStress(plan, history, scratch);
+        return evaluateEach(plan.materials[material], correction, plan.infiniteLife, scratch.cycles);
+    }
+    countStrain(plan, history, material, scratch);
+    return evaluateEach(plan.strainMaterials[material], correction, plan.infiniteLife, scratch.strainCycles);
+}
+
+DamageBound boundDamage(const EvaluationPlan& plan, unsigned correction, std::uint32_t material,
+                        TensorColumns::Extremes extremes, double largestStress, std::size_t length) {
+    const double range = extremes.largest - extremes.smallest;
+    const double cycles = 0.5 * static_cast<double>(length - 1);
+    double fewest = 0;
+    if (isStressLife(plan.type)) {
+        const MaterialModel& model = plan.materials[material];
+        // Of all cycles below the largest stress, that of the largest range has the largest equivalent
+        // amplitude, unless a mean can reach the strength at which a cycle fails at once.
+        const CycleLife atMost = lifeOf(model, correction, Cycle{range, extremes.largest, 1});
+        fewest = atMost.cycles;
+        if (std::isfinite(atMost.equivalentAmplitude))
+            fewest = lifeOf(model, correction, Cycle{range, 0.5 * (extremes.largest + extremes.smallest), 1})
+                         .cycles;
+    } else {
+        const StrainLifeModel& model = plan.strainMaterials[material];
+        if (!plan.stressMeasure)
+            largestStress = model.stressAt(std::max(std::abs(extremes.largest), std::abs(extremes.smallest)));
+        fewest = model.life(correction, {{range, 0, 1}, largestStress, largestStress}).cycles;
+    }
+    return {cycles / fewest, fewest > plan.infiniteLife};
+}
+
+Outcome outcomeOf(const EvaluationPlan& plan, const Governing& governing) {
+    const BlockSums& sums = governing.sums;
     Outcome outcome;
-    outcome.damage = worst.damage * plan.blocks;
-    outcome.life = worst.damage > 0 ? std::min(1.0 / worst.damage, plan.infiniteLife) : plan.infiniteLife;
-    outcome.equivalentAmplitude = equivalentAmplitude(worst, plan.materials[governing].curve);
-    outcome.material = governing;
+    outcome.damage = sums.damage * plan.blocks;
+    outcome.life = sums.damage > 0 ? std::min(1.0 / sums.damage, plan.infiniteLife) : plan.infiniteLife;
+    const double cyclesToFailure = sums.cycles / sums.uncutDamage;
+    // Without any damage the largest amplitude does none either.
+    outcome.equivalentAmplitude = std::isfinite(cyclesToFailure)
+                                      ? amplitudeAt(plan, governing.material, cyclesToFailure)
+                                      : sums.largestAmplitude;
+    outcome.material = governing.material;
+    outcome.normal = governing.normal;
     return outcome;
 }
 
-void evaluateHistory(const EvaluationPlan& plan, std::span<const double> history,
+void evaluateHistory(const EvaluationPlan& plan, const ScalarHistory& history,
                      std::span<const std::uint32_t> materials, EvaluationScratch& scratch,
                      std::span<Outcome> outcomes) {
-    countCycles(history, scratch.counter, scratch.cycles);
-    if (plan.smallestRange > 0) dropSmallCycles(scratch.cycles, plan.smallestRange);
+    scratch.governing.resize(plan.corrections.size());
+    sumHistory(plan, plan.corrections, history, materials, scratch, scratch.governing);
     for (std::size_t i = 0; i < plan.corrections.size(); ++i)
-        outcomes[i] =
-            evaluateCycles(plan, meanStressCorrections()[plan.corrections[i]], scratch.cycles, materials);
+        outcomes[i] = outcomeOf(plan, scratch.governing[i]);
 }
 
 } // namespace solver

@@ -1,6 +1,7 @@
 #include "solver/FatigueRun.h"
 
 #include "base/Checksum.h"
+#include "resultfile/FatigueComponents.h"
 #include "solver/BatchPipeline.h"
 #include "solver/ByteSource.h"
 #include "solver/InterfaceReader.h"
@@ -19,7 +20,11 @@ namespace {
 std::string describe(const Definition& definition, const EvaluationPlan& plan) {
     const bool cases = isCaseBased(definition.type);
     const auto count = std::to_string(definition.loadsPerNode());
-    return "Stress-life over " + count + (cases ? " load entries" : " steps") + ", " + plan.measure->name +
+    std::string measure = plan.measure->name;
+    if (plan.stressMeasure)
+        measure += " of strain with " + std::string(plan.stressMeasure->name) + " of stress";
+    return std::string(isStressLife(definition.type) ? "Stress-life" : "Strain-life") + " over " + count +
+           (cases ? " load entries, " : " steps, ") + measure +
            ", blocks: " + std::to_string(definition.loadCycleCount) + ".";
 }
 
@@ -39,16 +44,22 @@ class WorstNodes {
     void report(std::ostream& out) const {
         for (std::size_t i = 0; i < worst_.size(); ++i) {
             const auto& [node, outcome] = worst_[i];
-            out << meanStressCorrections()[plan_.corrections[i]].name << ": ";
+            out << resultfile::fatigue::kCorrections[plan_.corrections[i]] << ": ";
             if (outcome.damage > 0)
                 out << "largest damage " << shortNumber(outcome.damage) << " at node " << node << ", life "
-                    << shortNumber(outcome.life) << " blocks.\n";
+                    << shortNumber(outcome.life) << " blocks" << plane(outcome) << ".\n";
             else
                 out << "no node is damaged.\n";
         }
     }
 
   private:
+    std::string plane(const Outcome& outcome) const {
+        if (!plan_.searchesPlanes()) return "";
+        const auto& [x, y, z] = outcome.normal;
+        return ", on the plane normal to " + shortNumber(x) + ", " + shortNumber(y) + ", " + shortNumber(z);
+    }
+
     struct Worst {
         std::int32_t node = 0;
         Outcome outcome;

@@ -39,11 +39,18 @@ std::size_t LoadHistory::length() const {
 }
 
 void LoadHistory::fillWeights(std::size_t first, std::size_t count) {
+    if (heldFirst_ == first && heldCount_ == count) return;
+    heldFirst_ = first;
+    heldCount_ = count;
     weights_.resize(count * definition_.loads.size());
     double* weight = weights_.data();
     for (std::size_t t = first; t < first + count; ++t)
         for (const LoadEntry& entry : definition_.loads)
             *weight++ = entry.factor * valueAt(definition_.functions[entry.function], definition_.times[t]);
+}
+
+std::size_t LoadHistory::piece() const {
+    return std::clamp<std::size_t>(kWeightsHeld / definition_.loads.size(), 1, length());
 }
 
 void LoadHistory::evaluate(const EquivalentMeasure& measure, std::span<const Tensor> tensors,
@@ -55,15 +62,29 @@ void LoadHistory::evaluate(const EquivalentMeasure& measure, std::span<const Ten
     const std::size_t entries = definition_.loads.size();
     const std::size_t times = length();
     const std::size_t nodes = tensors.size() / entries;
-    const std::size_t piece = std::clamp<std::size_t>(kWeightsHeld / entries, 1, times);
-    for (std::size_t first = 0; first < times; first += piece) {
-        const std::size_t count = std::min(piece, times - first);
+    for (std::size_t first = 0; first < times; first += piece()) {
+        const std::size_t count = std::min(piece(), times - first);
         fillWeights(first, count);
         path_.resize(count);
         for (std::size_t node = 0; node < nodes; ++node) {
             combine(tensors.subspan(node * entries, entries), weights_, path_);
             measure.evaluate(path_, values.subspan(node * times + first, count));
         }
+    }
+}
+
+void LoadHistory::columns(std::span<const Tensor> tensors, TensorColumns& columns) {
+    columns.resize(length());
+    if (!isCaseBased(definition_.type)) {
+        columns.put(0, tensors);
+        return;
+    }
+    for (std::size_t first = 0; first < length(); first += piece()) {
+        const std::size_t count = std::min(piece(), length() - first);
+        fillWeights(first, count);
+        path_.resize(count);
+        combine(tensors, weights_, path_);
+        columns.put(first, path_);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "solver/Definition.h"
 #include "solver/EquivalentMeasure.h"
+#include "solver/TensorColumns.h"
 
 #include <cstddef>
 #include <span>
@@ -22,16 +23,22 @@ class LoadHistory {
     std::size_t length() const;
 
     /// The measure at every time for some nodes: `tensors` holds definition.loadsPerNode() tensors a node,
-    /// `values` gets length() values a node.
+    /// `values` gets length() values a node. Of stress and strain together, one of the two is given.
     void evaluate(const EquivalentMeasure& measure, std::span<const Tensor> tensors,
                   std::span<double> values);
 
+    /// All tensors of one node's history, from its definition.loadsPerNode() tensors.
+    void columns(std::span<const Tensor> tensors, TensorColumns& columns);
+
   private:
     void fillWeights(std::size_t first, std::size_t count);
+    /// How many times go through at once.
+    std::size_t piece() const;
 
     const Definition& definition_;
-    std::vector<double> weights_; ///< of some times, entry by entry within a time
-    std::vector<Tensor> path_;    ///< of one node, at the same times
+    std::vector<double> weights_;               ///< of some times, entry by entry within a time
+    std::size_t heldFirst_ = 0, heldCount_ = 0; ///< which times these are
+    std::vector<Tensor> path_;                  ///< of one node, at the same times
 };
 
 /// Linear between the points; the end values hold outside.

@@ -1,8 +1,5 @@
 #include "solver/Rainflow.h"
 
-#include <algorithm>
-#include <cmath>
-
 namespace solver {
 
 void countCycles(std::span<const double> history, Rainflow& counter, std::vector<Cycle>& cycles) {
@@ -16,13 +13,6 @@ void countCycles(std::span<const double> history, Rainflow& counter, std::vector
     counter.clear();
     counter.feed(history, whole);
     counter.finish(whole, half);
-}
-
-void dropSmallCycles(std::vector<Cycle>& cycles, double fraction) {
-    double largest = 0;
-    for (const Cycle& cycle : cycles)
-        largest = std::max(largest, cycle.range);
-    std::erase_if(cycles, [limit = fraction * largest](const Cycle& cycle) { return cycle.range < limit; });
 }
 
 } // namespace solver

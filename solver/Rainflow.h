@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <span>
 #include <vector>
@@ -20,9 +22,13 @@ struct Cycle {
 /// A history may be fed in pieces of any size, down to single values; the counts are those of the whole.
 /// Values between turning points and repeated values are left out. Values must be finite.
 ///
+/// A `Point` is what a history consists of: a number, or a record that turns into the number that is counted
+/// and brings along what else is known at that time.
+///
 /// Worked line: feeding -2 1 -3 5 -1 3 -4 4 -2 reports the whole cycle (-1, 3) once -4 has turned; finishing
 /// reports the halves (-2, 1) (1, -3) (-3, 5) (5, -4) (-4, 4) (4, -2).
-class Rainflow {
+template <class Point>
+class RainflowOf {
   public:
     /// Forgets the history; keeps the memory.
     void clear();
@@ -30,7 +36,7 @@ class Rainflow {
     /// Calls onCycle(from, to) for every whole cycle that closes, `from` being the earlier of its turning
     /// points.
     template <class OnCycle>
-    void feed(std::span<const double> values, OnCycle&& onCycle);
+    void feed(std::span<const Point> values, OnCycle&& onCycle);
 
     /// Ends the history: onCycle for whole cycles that the last value closes, onHalf(from, to) for the
     /// residue.
@@ -42,36 +48,47 @@ class Rainflow {
     static constexpr std::size_t kPiece = 4096;
 
     template <class OnCycle>
-    void feedPiece(std::span<const double> values, OnCycle& onCycle);
+    void feedPiece(std::span<const Point> values, OnCycle& onCycle);
 
     /// Puts a turning point behind the `depth` points at `points` and takes the cycles out that it closes.
     template <class OnCycle>
-    static std::size_t push(double* points, std::size_t depth, double point, OnCycle& onCycle);
+    static std::size_t push(Point* points, std::size_t depth, Point point, OnCycle& onCycle);
 
-    std::vector<double>
-        points_; ///< turning points that no whole cycle has taken; the first depth_ are in use
+    std::vector<Point> points_; ///< turning points that no whole cycle has taken; the first depth_ are in use
     std::size_t depth_ = 0;
-    double last_ = 0;     ///< latest value, a turning point once the history turns
+    Point last_{};        ///< latest value, a turning point once the history turns
     bool moving_ = false; ///< two different values have come
     bool rising_ = false;
 };
 
+using Rainflow = RainflowOf<double>;
+
 /// Replaces `cycles` by the cycles of a whole history. `counter` only lends its memory.
 void countCycles(std::span<const double> history, Rainflow& counter, std::vector<Cycle>& cycles);
 
-/// Takes out the cycles whose range is less than `fraction` of the largest one.
-void dropSmallCycles(std::vector<Cycle>& cycles, double fraction);
+/// Takes out the cycles whose range is less than `fraction` of the largest one. Any record with a range will
+/// do.
+template <class AnyCycle>
+void dropSmallCycles(std::vector<AnyCycle>& cycles, double fraction) {
+    double largest = 0;
+    for (const AnyCycle& cycle : cycles)
+        largest = std::max(largest, cycle.range);
+    std::erase_if(cycles,
+                  [limit = fraction * largest](const AnyCycle& cycle) { return cycle.range < limit; });
+}
 
-inline void Rainflow::clear() {
+template <class Point>
+void RainflowOf<Point>::clear() {
     depth_ = 0;
     moving_ = false;
 }
 
+template <class Point>
 template <class OnCycle>
-std::size_t Rainflow::push(double* points, std::size_t depth, double point, OnCycle& onCycle) {
+std::size_t RainflowOf<Point>::push(Point* points, std::size_t depth, Point point, OnCycle& onCycle) {
     points[depth++] = point;
     while (depth >= 4) {
-        const double a = points[depth - 4], b = points[depth - 3], c = points[depth - 2];
+        const Point a = points[depth - 4], b = points[depth - 3], c = points[depth - 2];
         // Turning points alternate: with b above c, the range b - c lies within both neighbours when a is not
         // above c and `point` is not below b; the other way round with b below c.
         const bool inside = b > c ? a <= c && point >= b : a >= c && point <= b;
@@ -83,17 +100,19 @@ std::size_t Rainflow::push(double* points, std::size_t depth, double point, OnCy
     return depth;
 }
 
+template <class Point>
 template <class OnCycle>
-void Rainflow::feed(std::span<const double> values, OnCycle&& onCycle) {
+void RainflowOf<Point>::feed(std::span<const Point> values, OnCycle&& onCycle) {
     for (; values.size() > kPiece; values = values.subspan(kPiece))
         feedPiece(values.first(kPiece), onCycle);
     if (!values.empty()) feedPiece(values, onCycle);
 }
 
+template <class Point>
 template <class OnCycle>
-void Rainflow::feedPiece(std::span<const double> values, OnCycle& onCycle) {
+void RainflowOf<Point>::feedPiece(std::span<const Point> values, OnCycle& onCycle) {
     if (points_.size() < depth_ + values.size() + 1) points_.resize(depth_ + values.size() + 1);
-    double* const points = points_.data();
+    Point* const points = points_.data();
     std::size_t depth = depth_;
     auto value = values.begin();
     if (depth == 0) {
@@ -108,7 +127,7 @@ void Rainflow::feedPiece(std::span<const double> values, OnCycle& onCycle) {
             last_ = *value++;
         }
     }
-    double last = last_;
+    Point last = last_;
     bool rising = rising_;
     for (; value != values.end(); ++value) {
         if (rising ? *value < last : *value > last) {
@@ -122,8 +141,9 @@ void Rainflow::feedPiece(std::span<const double> values, OnCycle& onCycle) {
     depth_ = depth;
 }
 
+template <class Point>
 template <class OnCycle, class OnHalf>
-void Rainflow::finish(OnCycle&& onCycle, OnHalf&& onHalf) {
+void RainflowOf<Point>::finish(OnCycle&& onCycle, OnHalf&& onHalf) {
     if (moving_) depth_ = push(points_.data(), depth_, last_, onCycle);
     for (std::size_t i = 1; i < depth_; ++i)
         onHalf(points_[i - 1], points_[i]);

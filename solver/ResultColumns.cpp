@@ -10,16 +10,47 @@
 namespace solver {
 namespace {
 
+/// A result and when it is written.
 struct Output {
     unsigned baseId;
-    double Outcome::*value;
+    double (*value)(const Outcome&);
+    bool (*wanted)(const Definition&, const EvaluationPlan&);
 };
 
-/// In the order of the output flags, which is that of the identifiers.
-constexpr std::array<Output, 3> kOutputs{{
-    {resultfile::fatigue::kDamage, &Outcome::damage},
-    {resultfile::fatigue::kLife, &Outcome::life},
-    {resultfile::fatigue::kEquivalentAmplitude, &Outcome::equivalentAmplitude},
+template <std::size_t flag>
+bool asked(const Definition& definition, const EvaluationPlan&) {
+    return definition.outputs[flag];
+}
+bool choosesMaterial(const Definition& definition, const EvaluationPlan&) {
+    return definition.materialCount > 1;
+}
+bool choosesPlane(const Definition&, const EvaluationPlan& plan) {
+    return plan.searchesPlanes();
+}
+
+template <double Outcome::*member>
+double memberOf(const Outcome& outcome) {
+    return outcome.*member;
+}
+double materialNumber(const Outcome& outcome) {
+    return outcome.material + 1.0;
+}
+template <std::size_t axis>
+double normalAlong(const Outcome& outcome) {
+    return outcome.normal[axis];
+}
+
+namespace fatigue = resultfile::fatigue;
+
+/// In the order of the identifiers.
+constexpr std::array<Output, 7> kOutputs{{
+    {fatigue::kDamage, memberOf<&Outcome::damage>, asked<0>},
+    {fatigue::kLife, memberOf<&Outcome::life>, asked<1>},
+    {fatigue::kEquivalentAmplitude, memberOf<&Outcome::equivalentAmplitude>, asked<2>},
+    {fatigue::kGoverningMaterial, materialNumber, choosesMaterial},
+    {fatigue::kGoverningNormal[0], normalAlong<0>, choosesPlane},
+    {fatigue::kGoverningNormal[1], normalAlong<1>, choosesPlane},
+    {fatigue::kGoverningNormal[2], normalAlong<2>, choosesPlane},
 }};
 
 constexpr const char* kItems = "fatigue nodes";
@@ -47,15 +78,13 @@ Result<ResultColumns> ResultColumns::create(const std::filesystem::path& resultF
     if (!positions) return positions.error();
     ResultColumns result(resultFile, plan.blocks, SpooledColumn<std::int32_t>(std::move(*numbers)),
                          SpooledColumn<std::uint32_t>(std::move(*positions)));
-    for (std::size_t output = 0; output < kOutputs.size(); ++output) {
-        if (!definition.outputs[output]) continue;
+    for (const Output& output : kOutputs) {
+        if (!output.wanted(definition, plan)) continue;
         for (std::size_t i = 0; i < plan.corrections.size(); ++i) {
             auto spool = Spool::create(folder);
             if (!spool) return spool.error();
-            const unsigned id =
-                resultfile::fatigue::componentId(kOutputs[output].baseId, plan.corrections[i]);
-            result.columns_.push_back(
-                {id, i, kOutputs[output].value, SpooledColumn<float>(std::move(*spool))});
+            const unsigned id = fatigue::componentId(output.baseId, plan.corrections[i]);
+            result.columns_.push_back({id, i, output.value, SpooledColumn<float>(std::move(*spool))});
         }
     }
     return result;
@@ -68,7 +97,7 @@ Result<void> ResultColumns::append(std::int32_t node, std::span<const Outcome> o
     ++nodesWithResults_;
     if (auto put = positions_.append(std::span(&position, 1)); !put) return put;
     for (Column& column : columns_) {
-        const float value = narrow(outcomes[column.correction].*column.value);
+        const float value = narrow(column.value(outcomes[column.correction]));
         if (auto put = column.values.append(std::span(&value, 1)); !put) return put;
     }
     return {};

@@ -38,7 +38,7 @@ class ResultColumns {
     struct Column {
         unsigned id;
         std::size_t correction; ///< index into the plan's corrections
-        double Outcome::*value;
+        double (*value)(const Outcome&);
         SpooledColumn<float> values;
     };
 

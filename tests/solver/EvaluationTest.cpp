@@ -38,7 +38,7 @@ std::vector<Outcome> evaluate(const EvaluationPlan& plan, std::vector<double> hi
     const std::uint32_t material = 0;
     solver::EvaluationScratch scratch;
     std::vector<Outcome> outcomes(plan.corrections.size());
-    solver::evaluateHistory(plan, history, std::span(&material, 1), scratch, outcomes);
+    solver::evaluateHistory(plan, {history, {}}, std::span(&material, 1), scratch, outcomes);
     return outcomes;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -82,6 +83,17 @@ struct Material {
     std::vector<std::array<double, 2>> points{};
 };
 
+struct StrainLife {
+    double modulus = 2.1e11;
+    double poisson = 0.3;
+    double hardeningExponent = 0.15;
+    double hardeningCoefficient = 1200e6;
+    double strength = 900e6;
+    double b = -0.09;
+    double ductility = 0.5;
+    double c = -0.6;
+};
+
 struct Function {
     int number = 1;
     std::vector<std::array<double, 2>> points{};
@@ -97,6 +109,7 @@ struct Node {
     int number = 1;
     std::vector<int> materials{1};
     std::vector<Tensor> tensors{}; ///< one for each load or step
+    std::vector<Tensor> strains{}; ///< beside stresses in `tensors`; where there are none, those again
 };
 
 /// A file's content. As it stands: two nodes, one load entry that goes 0, 1, -1, 0, one Basquin material.
@@ -113,6 +126,7 @@ struct Content {
     std::array<int, 9> flags{1, 0, 0, 0, 0, 0, 1, 1, 1};
     double infiniteLife = 1e12;
     std::vector<Material> materials{Material{}};
+    std::vector<StrainLife> strainLife{StrainLife{}}; ///< the last one serves all further materials
     int blocks = 1;
     std::vector<Function> functions{{1, {{0, 0}, {1, 1}, {2, -1}, {3, 0}}}};
     std::vector<double> axis{0, 1, 2, 3};
@@ -142,9 +156,12 @@ inline Bytes build(const Content& c) {
     out.record(c.quick);
     out.record(c.flags);
     out.record(c.infiniteLife);
-    for (const Material& m : c.materials) {
+    for (std::size_t i = 0; i < c.materials.size(); ++i) {
+        const Material& m = c.materials[i];
         if (c.type == 1 || c.type == 3 || c.type == 4) {
-            out.record(m.modulus, 0.3, 0.15, 1200e6, 900e6, -0.09, 0.5, -0.6);
+            const StrainLife& s = c.strainLife[std::min(i, c.strainLife.size() - 1)];
+            out.record(s.modulus, s.poisson, s.hardeningExponent, s.hardeningCoefficient, s.strength, s.b,
+                       s.ductility, s.c);
             continue;
         }
         out.record(m.modulus, m.ultimate, m.yield);
@@ -186,7 +203,7 @@ inline Bytes build(const Content& c) {
             if (cases)
                 out.record(c.loads[i].caseKey, node.tensors[i]);
             else if (c.type == 4)
-                out.record(node.tensors[i], node.tensors[i]);
+                out.record(node.tensors[i], node.strains.empty() ? node.tensors[i] : node.strains[i]);
             else
                 out.record(node.tensors[i]);
         }

@@ -271,7 +271,7 @@ TEST(FatigueSolver, LeavesOutByNameWhatAMaterialCannotSupport) {
         << run.out;
     const auto reader = resultfile::Reader::open(run.resultFile());
     ASSERT_TRUE(reader);
-    EXPECT_EQ(reader->contents().cases[0].steps[0].components.size(), 3u);
+    EXPECT_EQ(reader->contents().cases[0].steps[0].components.size(), 4u); // and the governing material
 
     content.flags[kNone] = 0;
     SolverRun nothingLeft;
@@ -294,23 +294,50 @@ TEST(FatigueSolver, RefusesByNameAndLeavesNothingBehind) {
         int code = 1;
     };
     const Row rows[] = {
-        {[](Content& c) { c.type = 1; }, "strain-life over load cases is not supported"},
-        {[](Content& c) {
-             c.type = 3;
-             c.steps = 1;
-         },
-         "strain-life over steps is not supported"},
         {[](Content& c) {
              c.type = 4;
              c.steps = 1;
+             c.strainOption = 4;
          },
-         "stress and strain over steps is not supported"},
-        {[](Content& c) { c.stressOption = 3; }, "signed Tresca is not supported"},
-        {[](Content& c) { c.stressOption = 4; }, "critical plane is not supported"},
-        {[](Content& c) { c.flags[2] = 1; }, "Gerber is not supported"},
-        {[](Content& c) { c.flags[3] = 1; }, "Soderberg is not supported"},
-        {[](Content& c) { c.flags[4] = 1; }, "Morrow is not supported"},
-        {[](Content& c) { c.flags[5] = 1; }, "SWT is not supported"},
+         "must both be 4, or neither"},
+        {[](Content& c) {
+             c.type = 1;
+             c.strainLife[0].poisson = 0.6;
+             c.strainOption = 3;
+         },
+         "material 1: Poisson's ratio must lie between 0 and 0.5"},
+        {[](Content& c) {
+             c.type = 1;
+             c.strainLife[0].b = 0.1;
+         },
+         "material 1: its fatigue strength exponent must lie"},
+        {[](Content& c) {
+             c.type = 1;
+             c.strainLife[0].ductility = -1;
+         },
+         "its fatigue ductility coefficient must not be negative"},
+        {[](Content& c) {
+             c.type = 1;
+             c.strainLife[0].hardeningCoefficient = 0;
+             c.flags = {0, 1, 0, 0, 0, 0, 1, 0, 0};
+         },
+         "Morrow is left out: material 1 has no cyclic curve"},
+        {[](Content& c) {
+             c.materials[0].curveType = 2;
+             c.materials[0].points = {{1e3, 4e8}, {1e6, 2e8}};
+             c.flags = {0, 0, 0, 0, 1, 0, 1, 0, 0};
+         },
+         "Morrow is left out: material 1 has no parametric curve"},
+        {[](Content& c) {
+             c.materials[0].yield = 0;
+             c.flags = {0, 0, 0, 1, 0, 0, 1, 0, 0};
+         },
+         "Soderberg is left out: material 1 has no yield strength above 0"},
+        {[](Content& c) {
+             c.stressOption = 4;
+             c.loads[0].factor = 1e300;
+         },
+         "the load history of node 11 exceeds the range of numbers"},
         {[](Content& c) { c.flags = {1, 0, 0, 0, 0, 0, 0, 0, 0}; }, "no output is requested"},
         {[](Content& c) {
              c.materials[0].basquin = {1e9, 0.1};

@@ -137,6 +137,13 @@ void addFatigue(std::vector<ComponentName>& rows) {
                         "수명(블록)" + korean});
         rows.push_back({componentId(kEquivalentAmplitude, correction), UnitKind::Stress,
                         "Equivalent amplitude" + english, "등가 진폭" + korean});
+        rows.push_back({componentId(kGoverningMaterial, correction), UnitKind::None,
+                        "Governing material" + english, "지배 재료" + korean});
+        constexpr const char* kAxes[] = {" X", " Y", " Z"};
+        for (std::size_t axis = 0; axis < kGoverningNormal.size(); ++axis)
+            rows.push_back({componentId(kGoverningNormal[axis], correction), UnitKind::None,
+                            std::string("Critical plane normal") + kAxes[axis] + english,
+                            std::string("임계면 법선") + kAxes[axis] + korean});
     }
 }
 

@@ -1,0 +1,99 @@
+#pragma once
+
+#include "base/Result.h"
+#include "solver/Definition.h"
+#include "solver/Rainflow.h"
+#include "solver/TwoPowers.h"
+
+#include <span>
+#include <vector>
+
+namespace solver {
+
+/// A moment of a history: the strain, which is what is counted, and the stress that goes with it.
+struct StressStrain {
+    double strain = 0;
+    double stress = 0;
+    operator double() const { return strain; }
+};
+
+/// A counted strain cycle with the stresses at its two turning points.
+struct StrainCycle : Cycle {
+    double meanStress = 0;
+    double largestStress = 0;
+};
+
+/// Life of a cycle, and the amplitude at mean stress 0 that has the same life.
+struct CycleLife {
+    double cycles = 0; ///< half a cycle or more, infinity where nothing fails
+    double equivalentAmplitude = 0;
+};
+
+/// What a strain-life material brings into the evaluation. N in cycles, 2N in reversals.
+class StrainLifeModel {
+  public:
+    /// Fails, saying which value makes no sense, when the material has no strain-life curve.
+    static Result<StrainLifeModel> make(const StrainLifeMaterial& material);
+
+    /// The life by one of the corrections resultfile::fatigue::kStrainLifeCorrections.
+    CycleLife life(unsigned correction, const StrainCycle& cycle) const;
+    /// The strain amplitude at mean stress 0 that fails at `cycles`.
+    double amplitudeAt(double cycles) const;
+
+    /// Whether stressAt may be called.
+    bool hasCyclicCurve() const { return hasCyclicCurve_; }
+    /// Stress on the cyclic stress-strain curve, odd in the strain:
+    /// strain = stress / E + (stress / K')^(1 / n') (W. Ramberg, W. R. Osgood, NACA TN 902, 1943).
+    double stressAt(double strain) const;
+
+    /// What an elastic measure of a strain tensor is multiplied by to give the axial strain of a uniaxial
+    /// test, 1 / (1 + Poisson's ratio), for the measures that shear makes.
+    double shearMeasureFactor() const { return shearMeasureFactor_; }
+    bool hasPoissonRatio() const { return shearMeasureFactor_ > 0; }
+
+  private:
+    explicit StrainLifeModel(const StrainLifeMaterial& material);
+
+    double strength_; ///< sigma_f'
+    double b_, c_;
+    double logElastic_; ///< ln(sigma_f' / E)
+    double logPlastic_; ///< ln(eps_f')
+    bool hasCyclicCurve_;
+    double shearMeasureFactor_; ///< 0 when Poisson's ratio is out of its bounds
+    TwoPowers strainLife_;      ///< strain amplitude over 2N
+    TwoPowers damageParameter_; ///< largest stress x strain amplitude over 2N (Smith, Watson, Topper)
+    TwoPowers cyclicCurve_;     ///< strain over stress
+};
+
+/// The stresses of a strain history on the material's hysteresis branches. The material starts without
+/// strain and stress and follows its cyclic curve; after each reversal the branch is the cyclic curve doubled
+/// (G. Masing, 1926); where a branch comes back to the point that an earlier one left, the earlier one goes
+/// on (memory: U. H. Clormann, T. Seeger, Stahlbau 55 (1986) 65), and beyond the largest strain so far, of
+/// either sign, the cyclic curve does.
+class HysteresisPath {
+  public:
+    void clear();
+    /// The stress at the next turning point. Points between turning points do no harm.
+    double stressAt(const StrainLifeModel& model, double strain);
+
+  private:
+    std::vector<StressStrain> origins_; ///< reversals from which open branches start, outermost first
+    StressStrain current_;
+};
+
+/// Memory for counting strain histories.
+struct StrainScratch {
+    RainflowOf<StressStrain> counter;
+    HysteresisPath path;
+    std::vector<StressStrain> points;
+};
+
+/// Strain times `factor`, beside the stress that goes with it: `stress` when it is given, else that of the
+/// material's hysteresis, else (without a cyclic curve) 0. Into scratch.points.
+void followStresses(const StrainLifeModel& model, std::span<const double> strain, double factor,
+                    std::span<const double> stress, StrainScratch& scratch);
+
+/// Replaces `cycles` by those of scratch.points.
+void countStrainCycles(StrainScratch& scratch, std::vector<StrainCycle>& cycles);
+
+} // namespace solver
