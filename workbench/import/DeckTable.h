@@ -1,8 +1,7 @@
 #pragma once
 
 #include "workbench/import/DeckErrors.h"
-
-#include <toml++/toml.h>
+#include "workbench/import/Toml.h"
 
 #include <array>
 #include <cstdint>

@@ -304,6 +304,9 @@ Result<ProjectDeck> parse(std::string_view text, const std::string& name, const 
         errors.add(static_cast<int>(error.source().begin.line),
                    "this is not TOML: " + std::string(error.description()));
         return errors.toError();
+    } catch (const TomlCheckFailed&) {
+        errors.add(0, "this is not TOML");
+        return errors.toError();
     }
     numberFunctions(deck);
     checkProjectDeck(deck, errors);

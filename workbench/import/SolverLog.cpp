@@ -22,7 +22,7 @@ std::string lastError(const std::filesystem::path& log) {
         if (text.starts_with("*ERROR")) {
             inside = true;
             found = text;
-        } else if (inside && !text.empty() && !text.starts_with("*") && line.starts_with("  ")) {
+        } else if (inside && !text.empty() && !text.starts_with("*")) {
             if (found.size() < kLongest) found += " " + std::string(text);
         } else {
             inside = false;

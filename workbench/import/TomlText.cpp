@@ -33,10 +33,12 @@ class Scanner {
                 if (!passHeader()) return TomlFault{line_, "the name of a table is missing behind '['"};
             } else {
                 statementBegins_ = false;
+                if ((c == '"' || c == '\'') && !mayBeginString())
+                    return TomlFault{line_, "a quote stands inside a word"};
                 if (c == '"' || c == '\'')
                     passString(c);
-                else
-                    passOther(c);
+                else if (!passOther(c))
+                    return TomlFault{line_, std::string("'") + c + "' closes nothing that is open"};
             }
         }
         return std::nullopt;
@@ -46,21 +48,32 @@ class Scanner {
     void endLine() {
         ++at_;
         ++line_;
-        if (depth_ == 0) statementBegins_ = true;
+        inHeader_ = false;
+        if (open_.empty()) statementBegins_ = true;
     }
 
     bool passHeader() {
         statementBegins_ = false;
+        inHeader_ = true;
         ++at_;
         if (at_ < text_.size() && text_[at_] == '[') ++at_;
         at_ = std::min(text_.find_first_not_of(" \t", at_), text_.size());
         return at_ < text_.size() && beginsKey(text_[at_]);
     }
 
-    void passOther(char c) {
-        if (c == '[' || c == '{') ++depth_;
-        if ((c == ']' || c == '}') && depth_ > 0) --depth_;
+    bool passOther(char c) {
         ++at_;
+        if (inHeader_) return true;
+        if (c == '[' || c == '{') open_ += c;
+        if (c != ']' && c != '}') return true;
+        if (open_.empty() || open_.back() != (c == ']' ? '[' : '{')) return false;
+        open_.pop_back();
+        return true;
+    }
+
+    /// Whether the character before leaves room for a key or value.
+    bool mayBeginString() const {
+        return at_ == 0 || std::string_view(" \t\n=,.[{").find(text_[at_ - 1]) != std::string_view::npos;
     }
 
     /// Passes a string; one of a single line that is not closed ends with the line.
@@ -87,7 +100,8 @@ class Scanner {
     std::string_view text_;
     std::size_t at_ = 0;
     int line_ = 1;
-    std::size_t depth_ = 0; ///< open brackets of values
+    std::string open_; ///< brackets of values that are not closed yet
+    bool inHeader_ = false;
     bool statementBegins_ = true;
 };
 

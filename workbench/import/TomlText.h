@@ -11,9 +11,9 @@ struct TomlFault {
     std::string message;
 };
 
-/// Finds what the TOML parser must not be given: version 3.3 takes for granted that a table header goes on
-/// with a name, and that characters beyond ASCII stand in quotes or comments, and its behaviour is undefined
-/// where they do not. Neither is TOML.
+/// Finds what the TOML parser is better not given, with the line that its own answer lacks: table headers
+/// that do not go on with a name, brackets that do not match, quotes inside of words, and characters beyond
+/// ASCII outside of quotes and comments, with which version 3.3 has undefined behaviour. None of it is TOML.
 std::optional<TomlFault> findTomlFault(std::string_view text);
 
 } // namespace workbench

@@ -10,7 +10,7 @@ namespace {
 
 using namespace workbench;
 
-const std::string kDeck = R"(title = "Bracket"
+const std::string kDeck = R"(title = "Bracket" # Träger [
 
 [units]
 force = "kN"
@@ -126,6 +126,8 @@ const Edit kEdits[] = {
     {"title = \"Bracket\"", "titel = \"B\"", "the key 'titel' is not known, did you mean 'title'?"},
     {"title = \"Bracket\"", "title = \"B", "this is not TOML"},
     {"title = \"Bracket\"", "[[= 1]]", "the name of a table is missing"},
+    {"title = \"Bracket\"", "title = 1\"é\"", "a quote stands inside a word"},
+    {"title = \"Bracket\"", "title = [}", "'}' closes nothing that is open"},
     {"title = \"Bracket\"", "größe = 1", "a character beyond ASCII stands outside of quotes"},
     {"force = \"kN\"", "force = \"kip\"",
      "force is 'kip', did you mean 'kips'?; accepted are 'N', 'kN', 'MN'"},
