@@ -1,21 +1,10 @@
 #pragma once
 
-#include "solver/Definition.h"
+#include "solver/PrincipalValues.h"
 
 #include <span>
 
 namespace solver {
-
-/// Largest and smallest principal value.
-struct PrincipalExtremes {
-    double largest = 0;
-    double smallest = 0;
-};
-
-/// Closed form for symmetric tensors: trigonometric solution of the characteristic cubic (e.g. O. K. Smith,
-/// Comm. ACM 4 (1961) 168), of the scaled deviator; exact forms for diagonal and plane tensors. Relative
-/// accuracy 1e-8 of the largest component at worst, near twofold values.
-PrincipalExtremes principalExtremes(const Tensor& tensor);
 
 /// A scalar that stands for a tensor in cycle counting.
 struct EquivalentMeasure {
