@@ -1,6 +1,6 @@
 #include "workbench/import/FrdReader.h"
 
-#include "FrdText.h"
+#include "tests/workbench/import/FrdText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "workbench/import/ImportProject.h"
 
-#include "FrdText.h"
+#include "tests/workbench/import/FrdText.h"
 #include "tests/support/TemporaryFolder.h"
 #include "workbench/document/DocumentFile.h"
 
