@@ -33,6 +33,11 @@ Vector3 turned(const Vector3& n, const std::array<Vector3, 2>& plane, double tur
     return result;
 }
 
+/// Whether two normals, or one and the other's opposite, are less than `angle` apart.
+bool sameLine(const Vector3& a, const Vector3& b, double angle) {
+    return std::abs(a[0] * b[0] + a[1] * b[1] + a[2] * b[2]) > std::cos(angle);
+}
+
 /// What damages are measured against: the damage, or without any that without the infinite life's cut-off.
 double sizeOf(const Governing& governing, const Governing& best) {
     return best.sums.damage > 0 ? governing.sums.damage : governing.sums.uncutDamage;
@@ -108,28 +113,63 @@ Governing PlaneSearch::evaluate(const Task& task, std::size_t correction, const 
     return found;
 }
 
-/// Steps to the worst of eight directions while that makes it worse, else halves the step. The directions
-/// turn with every round, since the damage has edges, along which fixed ones would get stuck.
-Governing PlaneSearch::refine(const Task& task, std::size_t correction, Governing best) {
-    constexpr int kDirections = 8;
-    constexpr double kFirstStep = 0.08;
+/// Steps to the worst of six directions, if that makes it worse. The directions turn from call to call, since
+/// the damage has edges, along which fixed ones would get stuck.
+bool PlaneSearch::move(const Task& task, std::size_t correction, double step, Governing& best) {
+    constexpr int kDirections = 6;
     constexpr double kTurn = 2.399963229728653; // golden angle, rad
-    constexpr int kMostRounds = 200;
-    double step = kFirstStep, turn = 0;
-    for (int round = 0; round < kMostRounds && step >= kFinestStep; ++round, turn += kTurn) {
-        const auto plane = tangents(best.normal);
-        Governing next = best;
-        for (int i = 0; i < kDirections; ++i) {
-            const double direction = turn + 2 * std::numbers::pi * i / kDirections;
-            const Governing found = evaluate(task, correction, turned(best.normal, plane, direction, step));
-            if (found.worseThan(next)) next = found;
-        }
-        if (next.worseThan(best))
-            best = next;
-        else
-            step *= 0.5;
+    const auto plane = tangents(best.normal);
+    Governing next = best;
+    turn_ += kTurn;
+    for (int i = 0; i < kDirections; ++i) {
+        const double direction = turn_ + 2 * std::numbers::pi * i / kDirections;
+        const Governing found = evaluate(task, correction, turned(best.normal, plane, direction, step));
+        if (found.worseThan(next)) next = found;
     }
-    return best;
+    const bool moved = next.worseThan(best);
+    best = next;
+    return moved;
+}
+
+/// Puts the worst candidate first and gives those up that are within a step of a worse one, or that lag by
+/// more than steps of this size could make good.
+void PlaneSearch::prune(double step) {
+    constexpr double kLag = 10; // share of the damage that a rad makes
+    const auto worse = [](const Candidate& a, const Candidate& b) { return a.best.worseThan(b.best); };
+    std::ranges::stable_sort(candidates_, worse);
+    const Governing worst = candidates_.front().best;
+    std::size_t kept = 0;
+    for (const Candidate& candidate : candidates_) {
+        const auto near = [&](const Candidate& other) {
+            return sameLine(other.best.normal, candidate.best.normal, step);
+        };
+        const auto end = candidates_.begin() + static_cast<std::ptrdiff_t>(kept);
+        const bool lags = sizeOf(candidate.best, worst) < (1 - kLag * step) * sizeOf(worst, worst);
+        if (!lags && std::none_of(candidates_.begin(), end, near)) candidates_[kept++] = Candidate(candidate);
+    }
+    candidates_.resize(kept);
+}
+
+/// Climbs from all candidates at once, with ever smaller steps.
+Governing PlaneSearch::refine(const Task& task, std::size_t correction) {
+    constexpr double kFirstStep = 0.08; // rad, half of the distance between planes of the set
+    constexpr int kMostMoves = 20;      // of one size
+    turn_ = 0;
+    for (double step = kFirstStep; step >= kFinestStep; step *= 0.5) {
+        for (Candidate& candidate : candidates_)
+            candidate.settled = false;
+        bool moved = true;
+        for (int round = 0; round < kMostMoves && moved; ++round) {
+            moved = false;
+            for (Candidate& candidate : candidates_)
+                if (!candidate.settled) {
+                    candidate.settled = !move(task, correction, step, candidate.best);
+                    moved = moved || !candidate.settled;
+                }
+            prune(step);
+        }
+    }
+    return candidates_.front().best;
 }
 
 void PlaneSearch::search(const EvaluationPlan& plan, const NodeTensors& node,
@@ -138,21 +178,15 @@ void PlaneSearch::search(const EvaluationPlan& plan, const NodeTensors& node,
     const Task task{plan, node, materials, scratch};
     std::ranges::fill(governing, Governing{});
     scanGrid(task, governing);
-    const PlaneSet& planes = PlaneSet::instance();
-    const std::size_t count = planes.normals().size();
+    const std::size_t count = PlaneSet::instance().normals().size();
     for (std::size_t c = 0; c < plan.corrections.size(); ++c) {
         const Governing coarse = governing[c];
         if (coarse.sums.uncutDamage == 0) continue; // nothing changes anywhere
-        const std::span<const Governing> grid = std::span(grid_).subspan(c * count, count);
-        for (std::size_t i = 0; i < count; ++i) {
-            const bool candidate = sizeOf(grid[i], coarse) >= kCandidateShare * sizeOf(coarse, coarse) &&
-                                   std::ranges::none_of(planes.neighbours(i), [&](std::size_t neighbour) {
-                                       return grid[neighbour].worseThan(grid[i]);
-                                   });
-            if (!candidate) continue;
-            const Governing refined = refine(task, c, grid[i]);
-            if (refined.worseThan(governing[c])) governing[c] = refined;
-        }
+        candidates_.clear();
+        for (const Governing& plane : std::span(grid_).subspan(c * count, count))
+            if (sizeOf(plane, coarse) >= kCandidateShare * sizeOf(coarse, coarse))
+                candidates_.push_back({plane});
+        governing[c] = refine(task, c);
         governing[c].normal = withStatedSign(governing[c].normal);
     }
 }

@@ -23,7 +23,7 @@ struct NodeTensors {
 /// A plane whose damage cannot reach that share, by boundDamage, is left out: the outcome is the same.
 class PlaneSearch {
   public:
-    static constexpr double kCandidateShare = 0.25;
+    static constexpr double kCandidateShare = 0.5;
     static constexpr double kFinestStep = 1e-4; ///< rad
 
     /// `node.counted` must be projectable. `materials` is not empty. One element of `governing` for each
@@ -39,10 +39,17 @@ class PlaneSearch {
 
   private:
     struct Task; ///< what one search works on
+    /// A plane on its way uphill.
+    struct Candidate {
+        Governing best;
+        bool settled = false; ///< no step of the present size makes it worse
+    };
     bool mayMatter(const Task& task, unsigned correction, const Governing& best) const;
     Governing evaluate(const Task& task, std::size_t correction, const Vector3& normal);
     void scanGrid(const Task& task, std::span<Governing> best);
-    Governing refine(const Task& task, std::size_t correction, Governing best);
+    bool move(const Task& task, std::size_t correction, double step, Governing& best);
+    void prune(double step);
+    Governing refine(const Task& task, std::size_t correction);
 
     std::vector<double> values_, stress_;
     TensorColumns::Extremes extremes_{};
@@ -50,7 +57,9 @@ class PlaneSearch {
     std::vector<unsigned> pending_;
     std::vector<std::size_t> pendingAt_;
     std::vector<Governing> found_;
-    std::vector<Governing> grid_; ///< correction by correction, plane by plane
+    std::vector<Governing> grid_;       ///< correction by correction, plane by plane
+    std::vector<Candidate> candidates_; ///< worst first, once refining has begun
+    double turn_ = 0;
     std::size_t planesSeen_ = 0;
 };
 

@@ -66,12 +66,6 @@ PlaneSet::PlaneSet() {
             for (std::size_t k = j + 1; k < corners.size(); ++k)
                 if (adjacent(i, j) && adjacent(j, k) && adjacent(i, k))
                     addFace(corners[i], corners[j], corners[k], normals_);
-    constexpr double kNextTo = 0.25; // neighbours are up to 0.22 rad apart, the next ones 0.28 rad
-    neighbours_.resize(normals_.size());
-    for (std::size_t i = 0; i < normals_.size(); ++i)
-        for (std::size_t j = 0; j < normals_.size(); ++j)
-            if (i != j && std::abs(dot(normals_[i], normals_[j])) > std::cos(kNextTo))
-                neighbours_[i].push_back(j);
 }
 
 const PlaneSet& PlaneSet::instance() {

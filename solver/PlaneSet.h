@@ -19,14 +19,11 @@ class PlaneSet {
     static const PlaneSet& instance();
 
     std::span<const Vector3> normals() const { return normals_; }
-    /// The planes next to plane i, five or six.
-    std::span<const std::size_t> neighbours(std::size_t i) const { return neighbours_[i]; }
 
   private:
     PlaneSet();
 
     std::vector<Vector3> normals_;
-    std::vector<std::vector<std::size_t>> neighbours_;
 };
 
 /// Of a normal and its opposite, the one whose last component that is not 0 is positive.
