@@ -155,8 +155,7 @@ TEST(InterfaceReader, EveryChangedByteOfACountIsRefused) {
         const auto file = interfacefile::build(fullContent(type));
         for (const std::size_t count : file.counts)
             for (std::size_t byte = count; byte < count + 4; ++byte)
-                // All changes for one type, a few for the others, whose frames are read alike.
-                for (int change = 1; change < 256; change += type == 0 ? 1 : 85) {
+                for (int change = 1; change < 256; ++change) {
                     std::string bytes = file.bytes;
                     bytes[byte] = static_cast<char>(bytes[byte] ^ change);
                     ASSERT_FALSE(readAll(bytes))

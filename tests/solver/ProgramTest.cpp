@@ -1,4 +1,5 @@
 #include "base/Checksum.h"
+#include "solver/StrainLife.h"
 #include "tests/solver/RunHarness.h"
 #include "tests/support/RandomIntegers.h"
 
@@ -19,7 +20,7 @@ using resultfile::fatigue::kDamage;
 using resultfile::fatigue::kEquivalentAmplitude;
 using resultfile::fatigue::kLife;
 
-constexpr unsigned kNone = 0, kGoodman = 1;
+using resultfile::fatigue::kGoodman, resultfile::fatigue::kNone;
 constexpr double kFloat = 1.2e-7; // results are 32-bit floats
 
 /// Steps whose one cycle has this amplitude and mean.
@@ -79,31 +80,72 @@ TEST(FatigueSolver, ConstantAmplitudeGivesTheClosedForm) {
             }
 }
 
-// R. G. Budynas, J. K. Nisbett, Shigley's Mechanical Engineering Design, 8th ed., solutions of problems 6-28
-// and 6-29: amplitude, mean and strength in MPa, the line through the fatigue strengths as coefficient and
-// exponent, Goodman, cycles.
-TEST(FatigueSolver, PublishedGoodmanCases) {
-    struct Row {
-        const char* name;
-        double amplitude, mean, ultimate, coefficient, exponent;
-        double equivalent, cycles;
-    };
-    const Row rows[] = {
-        {"6-28", 272.7, 454.5, 1000, 2594, -0.1532, 499.9, 46520},
-        {"6-29, first loading", 140, 280, 590, 1409.8, -0.141355, 266.5, 131200},
-    };
-    for (const Row& row : rows) {
-        Content content = interfacefile::stepsOf({cycle(row.amplitude, row.mean)});
-        content.flags = {1, 1, 0, 0, 0, 0, 1, 1, 1};
-        content.materials[0].ultimate = row.ultimate;
-        content.materials[0].basquin = {row.coefficient, row.exponent};
-        SolverRun run;
-        ASSERT_EQ(run.run(content), 0) << run.err;
-        expectRatio(run.values(kEquivalentAmplitude, kGoodman)[0], row.equivalent, 5e-4, row.name);
-        expectRatio(run.values(kLife, kGoodman)[0], row.cycles, 3e-3,
-                    row.name); // printed to three or four figures
-        expectRatio(run.values(kEquivalentAmplitude, kNone)[0], row.amplitude, kFloat, row.name);
+// A uniaxial history by every type and every measure: the same damage, since each measure of a uniaxial state
+// is the stress or strain along it, and since the hysteresis is given to the type that reads stresses.
+TEST(FatigueSolver, EveryTypeAndMeasureOfAUniaxialHistory) {
+    const std::vector<double> strains{0.004, -0.001, 0.002, -0.003, 0.004};
+    const auto model = solver::StrainLifeModel::make({2.1e11, 0.3, 0.15, 1200e6, 900e6, -0.09, 0.5, -0.6});
+    ASSERT_TRUE(model);
+    solver::HysteresisPath hysteresis;
+    Content content = interfacefile::stepsOf({strains});
+    auto& node = content.nodes[0];
+    for (std::size_t i = 0; i < strains.size(); ++i) {
+        node.strains.push_back({strains[i], -0.3 * strains[i], -0.3 * strains[i], 0, 0, 0});
+        node.tensors[i] = {hysteresis.stressAt(*model, strains[i]), 0, 0, 0, 0, 0};
     }
+    std::vector<float> expected[2];
+    for (const int type : {2, 0, 4, 3, 1})
+        for (int option = 1; option <= 4; ++option) {
+            Content c = content;
+            c.type = type;
+            c.infiniteLife = 1e30;
+            c.stressOption = c.strainOption = option;
+            const bool stressLife = type == 0 || type == 2;
+            c.flags = {1, 1, 1, 1, stressLife, stressLife, 1, 1, 1};
+            if (type == 1 || type == 3) c.nodes[0].tensors = node.strains;
+            if (type < 2) { // one case, and the history as its load function
+                const auto& first = c.nodes[0].tensors[0];
+                c.functions = {{1, {}}};
+                c.axis.clear();
+                for (std::size_t i = 0; i < strains.size(); ++i) {
+                    c.axis.push_back(static_cast<double>(i));
+                    c.functions[0].points.push_back(
+                        {static_cast<double>(i), c.nodes[0].tensors[i][0] / first[0]});
+                }
+                c.nodes[0].tensors.resize(1);
+            }
+            SolverRun run;
+            ASSERT_EQ(run.run(c), 0) << run.err;
+            std::vector<float> found;
+            const std::vector<unsigned> corrections =
+                stressLife ? std::vector<unsigned>{0, 1, 2, 3, 4, 5} : std::vector<unsigned>{0, 4, 5, 6};
+            for (const unsigned correction : corrections)
+                for (const unsigned base : {kDamage, kLife, kEquivalentAmplitude})
+                    found.push_back(run.values(base, correction)[0]);
+            auto& reference = expected[stressLife];
+            if (reference.empty()) reference = found;
+            ASSERT_EQ(found.size(), reference.size());
+            for (std::size_t i = 0; i < found.size(); ++i)
+                expectRatio(found[i], reference[i], 1e-4,
+                            "type " + std::to_string(type) + ", option " + std::to_string(option) +
+                                ", value " + std::to_string(i));
+            if (option == 4) {
+                EXPECT_NEAR(run.values(resultfile::fatigue::kGoverningNormal[0], 0)[0], 1, 1e-5);
+                EXPECT_NE(run.out.find("on the plane normal to"), std::string::npos) << run.out;
+            }
+        }
+}
+
+TEST(FatigueSolver, StrainOfSeveralMaterials) {
+    Content content = interfacefile::stepsOf({{0.004, -0.004, 0.004}});
+    content.type = 3;
+    content.materials.resize(3, content.materials[0]);
+    content.strainLife.resize(3, content.strainLife[0]);
+    content.strainLife[1].ductility = 0.05; // fails first
+    content.nodes[0].materials = {1, 2, 3};
+    SolverRun run;
+    ASSERT_EQ(run.run(content), 0) << run.err;
+    EXPECT_EQ(run.values(resultfile::fatigue::kGoverningMaterial)[0], 2);
 }
 
 TEST(FatigueSolver, GoodmanAtItsLimits) {
