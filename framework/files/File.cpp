@@ -95,7 +95,7 @@ struct CFile::State {
     std::uint64_t length() const {
         std::uint64_t bytes = 0;
         if (const int error = handle.length(bytes)) throw failure(error, path, CFileException::use);
-        return std::max(bytes, position + gathered);
+        return gathered ? std::max(bytes, position + gathered) : bytes;
     }
 };
 
