@@ -20,6 +20,19 @@ NodeBatch single(const Definition& definition, const NodeBatch& batch, std::size
     return one;
 }
 
+/// The strains as they were counted, with the factor of the material's Poisson's ratio, and their stresses,
+/// also between the turning points.
+void fillStrains(const EvaluationPlan& plan, std::span<const StressStrain> points, CycleReport& report) {
+    const StrainLifeModel& model = plan.strainMaterials[report.outcome.material];
+    const bool follow = !plan.stressMeasure && model.hasCyclicCurve();
+    HysteresisPath path;
+    report.history.clear();
+    for (const StressStrain& point : points) {
+        report.history.push_back(point.strain);
+        report.stress.push_back(follow ? path.stressAt(model, point.strain) : point.stress);
+    }
+}
+
 } // namespace
 
 Result<std::vector<CycleReport>> reportCycles(const Definition& definition, const EvaluationPlan& plan,
@@ -39,14 +52,7 @@ Result<std::vector<CycleReport>> reportCycles(const Definition& definition, cons
         report.history.assign(history->values.begin(), history->values.end());
         report.cycles =
             evaluateEachCycle(plan, plan.corrections[i], *history, outcomes[i].material, evaluator.scratch());
-        if (!isStressLife(plan.type)) {
-            // The strains with the factor of the material's Poisson's ratio, as they were counted.
-            const auto& points = evaluator.scratch().strain.points;
-            for (std::size_t t = 0; t < points.size(); ++t) {
-                report.history[t] = points[t].strain;
-                report.stress.push_back(points[t].stress);
-            }
-        }
+        if (!isStressLife(plan.type)) fillStrains(plan, evaluator.scratch().strain.points, report);
         reports.push_back(std::move(report));
     }
     return reports;

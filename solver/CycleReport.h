@@ -16,8 +16,8 @@ struct CycleReport {
     /// What was counted, at every time or step of one block: the measure, or the normal component on the
     /// governing plane; stress for stress-life types, else strain.
     std::vector<double> history;
-    /// For strain-life types the stress at the same times, as far as the damage takes it: that of the file,
-    /// or that of the material's hysteresis at turning points (0 in between). Empty for stress-life types.
+    /// For strain-life types the stress at the same times: that of the file, or that of the material's
+    /// hysteresis; 0 where the material has no cyclic curve. Empty for stress-life types.
     std::vector<double> stress;
     /// The counted cycles of one block; their damage times the blocks sums up to the outcome's. For
     /// stress-life types meanStress is the mean.

@@ -121,6 +121,8 @@ bool InterfaceReader::readOptions() {
     if (!records_.open("output request", 36)) return false;
     for (bool& flag : d.corrections)
         if (!readFlag("a mean-stress flag", flag)) return false;
+    if (!isStressLife(d.type) && (d.corrections[4] || d.corrections[5]))
+        return records_.fail("the fifth or sixth mean-stress flag is set, but strain-life has four");
     for (bool& flag : d.outputs)
         if (!readFlag("an output flag", flag)) return false;
 

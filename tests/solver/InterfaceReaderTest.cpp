@@ -196,6 +196,11 @@ TEST(InterfaceReader, SaysWhatIsWrongAndWhere) {
          "per cent of the largest range is 101"},
         {[](Content& c) { c.flags[4] = -1; }, "a mean-stress flag is -1"},
         {[](Content& c) { c.flags[8] = 2; }, "an output flag is 2"},
+        {[](Content& c) {
+             c.type = 3;
+             c.flags[5] = 1;
+         },
+         "the fifth or sixth mean-stress flag is set"},
         {[](Content& c) { c.infiniteLife = 0; }, "the infinite life is 0 cycles"},
         {[=](Content& c) { c.infiniteLife = nan; }, "the infinite life is not a finite number"},
         {[=](Content& c) { c.materials[0].ultimate = nan; }, "the ultimate strength is not a finite number"},
