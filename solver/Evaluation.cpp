@@ -8,14 +8,28 @@
 namespace solver {
 namespace {
 
+/// Life of a cycle, and the amplitude at mean stress 0 that has the same life.
+struct CycleLife {
+    double cycles = 0;
+    double equivalentAmplitude = 0;
+};
+
 CycleLife lifeOf(const MaterialModel& material, unsigned correction, const Cycle& cycle) {
     const double amplitude = meanStressCorrections()[correction].equivalentAmplitude(
         0.5 * cycle.range, cycle.mean, material.strengths);
     return {material.curve.cyclesToFailure(amplitude), amplitude};
 }
 
+/// Without the amplitude: where nothing fails there is none, elsewhere it takes the curve once more.
 CycleLife lifeOf(const StrainLifeModel& material, unsigned correction, const StrainCycle& cycle) {
-    return material.life(correction, cycle);
+    return {material.cyclesToFailure(correction, cycle), 0};
+}
+
+double equivalentAmplitudeOf(const MaterialModel&, const CycleLife& life) {
+    return life.equivalentAmplitude;
+}
+double equivalentAmplitudeOf(const StrainLifeModel& material, const CycleLife& life) {
+    return std::isfinite(life.cycles) ? material.amplitudeAt(life.cycles) : 0.0;
 }
 
 double stressOf(const Cycle& cycle) {
@@ -51,10 +65,10 @@ std::vector<EvaluatedCycle> evaluateEach(const Material& material, unsigned corr
                                          const std::vector<AnyCycle>& cycles) {
     std::vector<EvaluatedCycle> all;
     for (const AnyCycle& cycle : cycles) {
-        const auto [cyclesToFailure, amplitude] = lifeOf(material, correction, cycle);
+        const CycleLife life = lifeOf(material, correction, cycle);
         all.push_back({cycle.range, cycle.mean, cycle.count, stressOf(cycle), largestStressOf(cycle),
-                       amplitude, cyclesToFailure,
-                       cyclesToFailure <= infiniteLife ? cycle.count / cyclesToFailure : 0.0});
+                       equivalentAmplitudeOf(material, life), life.cycles,
+                       life.cycles <= infiniteLife ? cycle.count / life.cycles : 0.0});
     }
     return all;
 }
@@ -69,7 +83,7 @@ void countStrain(const EvaluationPlan& plan, const ScalarHistory& history, std::
                  EvaluationScratch& scratch) {
     const StrainLifeModel& model = plan.strainMaterials[material];
     followStresses(model, history.values, plan.measure->ofShear ? model.shearMeasureFactor() : 1.0,
-                   history.stress, scratch.strain);
+                   history.stress, plan.correctsMeanStress, scratch.strain);
     countStrainCycles(scratch.strain, scratch.strainCycles);
     if (plan.smallestRange > 0) dropSmallCycles(scratch.strainCycles, plan.smallestRange);
 }
@@ -132,7 +146,7 @@ DamageBound boundDamage(const EvaluationPlan& plan, unsigned correction, std::ui
         const StrainLifeModel& model = plan.strainMaterials[material];
         if (!plan.stressMeasure)
             largestStress = model.stressAt(std::max(std::abs(extremes.largest), std::abs(extremes.smallest)));
-        fewest = model.life(correction, {{range, 0, 1}, largestStress, largestStress}).cycles;
+        fewest = model.cyclesToFailure(correction, {{range, 0, 1}, largestStress, largestStress});
     }
     return {cycles / fewest, fewest > plan.infiniteLife};
 }

@@ -32,6 +32,7 @@ struct EvaluationPlan {
     std::vector<MaterialModel> materials;         ///< stress-life types
     std::vector<StrainLifeModel> strainMaterials; ///< the other types
     std::vector<unsigned> corrections; ///< indices into resultfile::fatigue::kCorrections, ascending
+    bool correctsMeanStress = false;   ///< some of them is more than None
     double infiniteLife = 0;           ///< cycles that take longer do no damage; no life is stated beyond it
     double smallestRange = 0;          ///< fraction of the largest range below which cycles are left out
     double blocks = 1;                 ///< passes over the load
@@ -54,7 +55,7 @@ struct BlockSums {
     double damage = 0;
     double uncutDamage = 0; ///< with the cycles beyond the infinite life
     double cycles = 0;
-    double largestAmplitude = 0; ///< equivalent one
+    double largestAmplitude = 0; ///< equivalent one; of stress-life alone
 };
 
 /// The sums that govern, and of which material on which plane they are.

@@ -80,6 +80,7 @@ Result<void> addCorrections(const Definition& definition, EvaluationPlan& plan,
     }
     for (const unsigned correction : requested)
         if (allSupport(plan, correction, notes)) plan.corrections.push_back(correction);
+    plan.correctsMeanStress = plan.corrections.size() > 1 || plan.corrections != std::vector{fatigue::kNone};
     if (plan.corrections.empty()) return Error{"nothing is left to compute: " + notes.back()};
     return {};
 }

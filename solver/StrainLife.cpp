@@ -73,27 +73,23 @@ Result<StrainLifeModel> StrainLifeModel::make(const StrainLifeMaterial& m) {
     return StrainLifeModel(m);
 }
 
-CycleLife StrainLifeModel::life(unsigned correction, const StrainCycle& cycle) const {
+double StrainLifeModel::cyclesToFailure(unsigned correction, const StrainCycle& cycle) const {
     const double amplitude = 0.5 * cycle.range;
-    if (!(amplitude > 0)) return {kEndless, 0};
+    if (!(amplitude > 0)) return kEndless;
     const double logAmplitude = std::log(amplitude);
-    if (correction == fatigue::kNone) return {cyclesAt(strainLife_.logArgument(logAmplitude)), amplitude};
-    double logReversals = 0;
+    if (correction == fatigue::kNone) return cyclesAt(strainLife_.logArgument(logAmplitude));
     if (correction == fatigue::kSwt) { // K. N. Smith, P. Watson, T. H. Topper, J. Materials 5 (1970) 767
-        if (!(cycle.largestStress > 0)) return {kEndless, 0};
-        logReversals = damageParameter_.logArgument(std::log(cycle.largestStress) + logAmplitude);
-    } else {
-        // A compressive mean neither helps nor harms.
-        const double share = std::max(cycle.meanStress, 0.0) / strength_;
-        if (share >= 1) return {LifeCurve::kFewestCycles, kEndless};
-        const double rest = std::log1p(-share);
-        // J. Morrow, SAE AE-4 (1968), takes the mean off the elastic part; S. S. Manson, G. R. Halford,
-        // Int. J. Fract. 17 (1981) 169, off both.
-        const double ofPlastic = correction == fatigue::kMansonHalford ? rest * (c_ / b_) : 0.0;
-        logReversals =
-            TwoPowers(logElastic_ + rest, b_, logPlastic_ + ofPlastic, c_).logArgument(logAmplitude);
+        if (!(cycle.largestStress > 0)) return kEndless;
+        return cyclesAt(damageParameter_.logArgument(std::log(cycle.largestStress) + logAmplitude));
     }
-    return {cyclesAt(logReversals), std::exp(strainLife_.logValue(logReversals))};
+    // A compressive mean neither helps nor harms.
+    const double share = std::max(cycle.meanStress, 0.0) / strength_;
+    if (share >= 1) return LifeCurve::kFewestCycles;
+    const double rest = std::log1p(-share);
+    // J. Morrow, SAE AE-4 (1968), takes the mean off the elastic part; S. S. Manson, G. R. Halford, Int. J.
+    // Fract. 17 (1981) 169, off both.
+    const double ofPlastic = correction == fatigue::kMansonHalford ? rest * (c_ / b_) : 0.0;
+    return cyclesAt(TwoPowers(logElastic_ + rest, b_, logPlastic_ + ofPlastic, c_).logArgument(logAmplitude));
 }
 
 double StrainLifeModel::amplitudeAt(double cycles) const {
@@ -132,12 +128,12 @@ double HysteresisPath::stressAt(const StrainLifeModel& model, double strain) {
 }
 
 void followStresses(const StrainLifeModel& model, std::span<const double> strain, double factor,
-                    std::span<const double> stress, StrainScratch& scratch) {
+                    std::span<const double> stress, bool follow, StrainScratch& scratch) {
     auto& points = scratch.points;
     points.resize(strain.size());
     for (std::size_t i = 0; i < strain.size(); ++i)
         points[i] = {factor * strain[i], stress.empty() ? 0.0 : stress[i]};
-    if (!stress.empty() || !model.hasCyclicCurve()) return;
+    if (!stress.empty() || !follow || !model.hasCyclicCurve()) return;
     // Between turning points the stress is not asked for, and following the hysteresis is dear.
     scratch.path.clear();
     const std::size_t last = points.size() - 1;

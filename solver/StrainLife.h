@@ -23,20 +23,15 @@ struct StrainCycle : Cycle {
     double largestStress = 0;
 };
 
-/// Life of a cycle, and the amplitude at mean stress 0 that has the same life.
-struct CycleLife {
-    double cycles = 0; ///< half a cycle or more, infinity where nothing fails
-    double equivalentAmplitude = 0;
-};
-
 /// What a strain-life material brings into the evaluation. N in cycles, 2N in reversals.
 class StrainLifeModel {
   public:
     /// Fails, saying which value makes no sense, when the material has no strain-life curve.
     static Result<StrainLifeModel> make(const StrainLifeMaterial& material);
 
-    /// The life by one of the corrections resultfile::fatigue::kStrainLifeCorrections.
-    CycleLife life(unsigned correction, const StrainCycle& cycle) const;
+    /// Cycles to failure by one of the corrections resultfile::fatigue::kStrainLifeCorrections: half a cycle
+    /// or more, infinity where nothing fails.
+    double cyclesToFailure(unsigned correction, const StrainCycle& cycle) const;
     /// The strain amplitude at mean stress 0 that fails at `cycles`.
     double amplitudeAt(double cycles) const;
 
@@ -88,10 +83,11 @@ struct StrainScratch {
     std::vector<StressStrain> points;
 };
 
-/// Strain times `factor`, beside the stress that goes with it: `stress` when it is given, else that of the
-/// material's hysteresis, else (without a cyclic curve) 0. Into scratch.points.
+/// Strain times `factor`, beside the stress that goes with it: `stress` when it is given, else, when `follow`
+/// is set and the material has a cyclic curve, that of its hysteresis (at turning points, 0 in between), else
+/// 0. Into scratch.points.
 void followStresses(const StrainLifeModel& model, std::span<const double> strain, double factor,
-                    std::span<const double> stress, StrainScratch& scratch);
+                    std::span<const double> stress, bool follow, StrainScratch& scratch);
 
 /// Replaces `cycles` by those of scratch.points.
 void countStrainCycles(StrainScratch& scratch, std::vector<StrainCycle>& cycles);

@@ -97,12 +97,10 @@ TEST(StrainLife, LifeUndoesTheCurve) {
             {fatigue::kSwt, {{2 * (elastic + plastic), 0, 1}, mean, largest}},
         };
         for (const auto& row : rows) {
-            const auto life = material.life(row.correction, row.cycle);
-            ASSERT_NEAR(2 * life.cycles / reversals, 1, 1e-8)
+            const double cycles = material.cyclesToFailure(row.correction, row.cycle);
+            ASSERT_NEAR(2 * cycles / reversals, 1, 1e-8)
                 << fatigue::kCorrections[row.correction] << "; " << random.seedText();
-            ASSERT_NEAR(life.equivalentAmplitude / (elastic + plastic), 1, 1e-8) << random.seedText();
-            ASSERT_NEAR(material.amplitudeAt(life.cycles) / (elastic + plastic), 1, 1e-8)
-                << random.seedText();
+            ASSERT_NEAR(material.amplitudeAt(cycles) / (elastic + plastic), 1, 1e-8) << random.seedText();
         }
         const double strain = std::pow(10, between(-7, 0));
         const double stress = material.stressAt(strain);
@@ -124,7 +122,7 @@ TEST(StrainLife, AtItsLimits) {
         StrainCycle cycle;
         double cycles;
     };
-    const double plain = material.life(fatigue::kNone, {{0.01, 0, 1}, 0, 0}).cycles;
+    const double plain = material.cyclesToFailure(fatigue::kNone, {{0.01, 0, 1}, 0, 0});
     const Row rows[] = {
         {"no strain", fatigue::kNone, {{0, 0, 1}, 0, 0}, endless},
         {"more than half a cycle bears", fatigue::kNone, {{100, 0, 1}, 0, 0}, 0.5},
@@ -136,7 +134,7 @@ TEST(StrainLife, AtItsLimits) {
         {"all but no strain", fatigue::kNone, {{1e-300, 0, 1}, 0, 0}, endless},
     };
     for (const Row& row : rows)
-        EXPECT_DOUBLE_EQ(material.life(row.correction, row.cycle).cycles, row.cycles) << row.name;
+        EXPECT_DOUBLE_EQ(material.cyclesToFailure(row.correction, row.cycle), row.cycles) << row.name;
 }
 
 TEST(StrainLife, RefusesWhatMakesNoCurve) {
