@@ -53,6 +53,8 @@ class NewCommand final : public Command {
 
     int run(WorkbenchHost& host, const CommonOptions& common) override {
         if (model_.empty()) model_ = std::filesystem::path(deck_).replace_extension(".wkm").string();
+        if (std::filesystem::path(model_).extension() != ".wkm")
+            return fail("the document's name must end in .wkm, which \"" + model_ + "\" does not");
         TerminalProgress& progress = host.progress();
         progress.Start();
         const auto report = importProject(deck_, model_, [&](const std::string& what, double fraction) {
