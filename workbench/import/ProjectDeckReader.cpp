@@ -27,7 +27,7 @@ const Texts kFatigueTypes{"stress-life cases", "strain-life cases", "stress-life
                           "stress and strain steps"};
 const Texts kMeasures{"absolute maximum principal", "signed von Mises", "signed Tresca", "critical plane"};
 const Texts kStressCorrections{"none", "Goodman", "Gerber", "Soderberg", "Morrow", "SWT"};
-const Texts kStrainCorrections{"none", "Morrow", "SWT"};
+const Texts kStrainCorrections{"none", "Morrow", "SWT", "Manson-Halford"};
 const Texts kOutputs{"damage", "life", "equivalent amplitude"};
 
 class Reader {

@@ -181,7 +181,7 @@ const Edit kEdits[] = {
     {"[\"none\", \"Soderberg\"]", "[\"none\", \"None\"]", "mean_stress lists 'None' twice"},
     {"[\"none\", \"Soderberg\"]", "[]", "it must be a list of at least one of"},
     {"yield = 355\n", "", "the mean-stress correction needs the yield strength", 39},
-    {"[\"SWT\"]", "[\"Goodman\"]", "accepted are 'none', 'Morrow' and 'SWT'"},
+    {"[\"SWT\"]", "[\"Goodman\"]", "accepted are 'none', 'Morrow', 'SWT' and 'Manson-Halford'"},
     {"cycles = 20", "cycles = 0", "cycles is 0; it must be a whole number from 1"},
     {"cycles = 20", "cycles = 1.5", "cycles is 1.5; it must be a whole number"},
     {"infinite_life = 1e9", "infinite_life = -1", "infinite_life is -1; it must be greater than 0"},
