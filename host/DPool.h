@@ -37,6 +37,8 @@ enum class PoolId : int {
     Opti = 1053,
 };
 
+class CQMDBSession;
+
 /// What every pool has in common.
 class IDPool {
   public:
@@ -88,11 +90,36 @@ class DPoolProp : public DPoolOf<tagTProp, PoolId::Prop> {
   public:
     /// The materials of a property; empty when the property is unknown.
     virtual std::vector<ItrKey> GetMatlItr(ItrKey propertyKey) const = 0;
+    /// Zero, and `thickness` untouched, when the property is unknown or a solid's.
+    int GetThickness(ItrKey propertyKey, double& thickness) const;
+};
+
+class DPoolVXMcas : public DPoolOf<tagTVXMcas, PoolId::VXMcas> {
+  public:
+    /// A free name for a copy: `name` + "_1", "_2", ..., shortened before the number where it would pass the
+    /// 64 characters of an analysis name.
+    std::wstring GetNewCopyName(const std::wstring& name) const;
+};
+
+/// The project as a whole. It has no records of its own; the session must outlive it.
+class DPoolProj final : public IDPool {
+  public:
+    static constexpr PoolId kId = PoolId::Proj;
+    explicit DPoolProj(const CQMDBSession& session) : m_session(session) {}
+    PoolId Id() const override { return kId; }
+    std::size_t GetCount() const override { return 0; }
+    bool Exist(ItrKey) const override { return false; }
+    std::vector<ItrKey> GetKeyList() const override { return {}; }
+    int TR_Del(ItrKey) override { return 0; }
+    /// Nonzero for a three-dimensional model: one with solid elements, or with nodes of different z.
+    int Is3D() const;
+
+  private:
+    const CQMDBSession& m_session;
 };
 
 using DPoolMatl = DPoolOf<tagTMatl, PoolId::Matl>;
 using DPoolMset = DPoolOf<tagTMset, PoolId::Mset>;
-using DPoolVXMcas = DPoolOf<tagTVXMcas, PoolId::VXMcas>;
 using DPoolVXOctr = DPoolOf<tagTVXOctr, PoolId::VXOctr>;
 using DPoolFatg = DPoolOf<tagTFatg, PoolId::Fatg>;
 using DPoolSNFun = DPoolOf<tagSNFun, PoolId::SNFun>;

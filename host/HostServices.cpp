@@ -1,7 +1,10 @@
 #include "host/HostServices.h"
 
 #include "host/QMCommandObj.h"
+#include "host/QMDocBase.h"
+#include "host/QMPostManager.h"
 #include "host/QMUnitCtrl.h"
+#include "host/TitleCtrlView.h"
 #include "host/Transaction.h"
 
 #include <stdexcept>
@@ -57,7 +60,18 @@ double CQMUnitCtrl::ConvertTgtUnitData2CurUnit(double value, int kind, int targe
     return ConvertSrcUnitData2TgtUnit(value, kind, targetIndex, GetUnitIndexCurrent());
 }
 
-const T_QM_MESH_D& CQMGlobalData::GetStruct(CQMDocBase& doc) { return HostServices().GetMesh(doc); }
+int CQMUnitCtrl::GetUnitSystemForce() { return HostServices().GetUnitSystemForce(); }
+int CQMUnitCtrl::GetUnitSystemLength() { return HostServices().GetUnitSystemLength(); }
+double CQMUnitCtrl::ConvertUnitDataOut(double value, int kind) { return value * GetConvertFactorCurrent(kind); }
+
+const T_QM_MESH_D& CQMGlobalData::GetStruct(CQMDocBase& doc) { return doc.GetDBSession().GetMesh(); }
+
+std::wstring CTitleCtrlView::GetWindowTitleName(const CQMViewBase* view) {
+    return view ? HostServices().GetViewTitle(*view) : std::wstring();
+}
+void CQMPostManager::DisplayPostResult(CQMViewBase* view, CVResult* result) {
+    if (view) HostServices().DisplayPostResult(*view, result);
+}
 
 int CTransaction::Begin(const std::wstring& title) {
     if (m_bOpen) return 0;

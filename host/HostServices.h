@@ -4,10 +4,14 @@
 #include "host/QMAppBase.h"
 #include "host/QMGlobalData.h"
 #include "host/QMProgressBar.h"
+#include "host/records/ItrKey.h"
 
 #include <string>
 #include <string_view>
 #include <vector>
+
+class CQMViewBase;
+class CVResult;
 
 /// What an implementation of the host gives, apart from the documents themselves: the functions of the host
 /// interface forward to the registered object. Register one object before the module is used; it must
@@ -30,7 +34,15 @@ class IHostServices {
     /// Factor from the default unit system to system `index`.
     virtual double GetUnitFactor(int kind, int index) const = 0;
 
-    virtual const T_QM_MESH_D& GetMesh(CQMDocBase& doc) = 0;
+    /// Positions of the current system's units in the host's lists of force and of length units.
+    virtual int GetUnitSystemForce() const = 0;
+    virtual int GetUnitSystemLength() const = 0;
+
+    /// Keeps whether the views of `doc` show a mesh set (the caller knows that it exists).
+    virtual void ShowMeshSet(CQMDocBase& doc, ItrKey set, bool show) = 0;
+    virtual std::wstring GetViewTitle(const CQMViewBase& view) const = 0;
+    /// Redraws the post-processing display of a view with a result table; null: without one.
+    virtual void DisplayPostResult(CQMViewBase& view, CVResult* result) = 0;
 
     virtual int BeginTransaction(CQMDocBase& doc, const std::wstring& title) = 0;
     virtual int CommitTransaction(CQMDocBase& doc) = 0;

@@ -3,6 +3,7 @@
 #include "host/QMDBSession.h"
 #include "host/POHTree.h"
 #include "host/PostFileManager.h"
+#include "host/WorksTreeManager.h"
 
 #include <string>
 #include <vector>
@@ -25,6 +26,8 @@ class CQMDocBase {
     virtual CQMDBSession& GetDBSession() = 0;
     virtual CPOHManager* GetPOHManager() = 0;
     virtual CPostFileManager* GetPostFileManager() = 0;
+    /// Null where the host shows no works tree.
+    virtual IWorksTreeManager* GetTreeManager() { return nullptr; }
 
     /// Display mode. The argument is kept for the host's views; 0 switches without a redraw.
     virtual void SetPostMode(int redraw) = 0;

@@ -23,6 +23,10 @@ class CQMUnitCtrl {
     static double GetConvertFactorCurrent(int kind);
     static int GetUnitIndexCurrent(); ///< index of the current unit system in the host's list
     static int GetUnitIndexDefault(); ///< index of the database's unit system
+    static int GetUnitSystemForce();  ///< the current force unit's position in the host's list
+    static int GetUnitSystemLength(); ///< likewise of the length unit
+    /// A database value in the current unit system, for display.
+    static double ConvertUnitDataOut(double value, int kind);
     /// A value of the current unit system in another one, and back.
     static double ConvertCurUnitData2TgtUnit(double value, int kind, int targetIndex);
     static double ConvertTgtUnitData2CurUnit(double value, int kind, int targetIndex);

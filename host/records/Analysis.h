@@ -2,8 +2,12 @@
 
 #include "host/records/ItrKey.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
+
+/// Longest name of an analysis.
+inline constexpr std::size_t kAnalysisNameLength = 64;
 
 /// An analysis (master case). Its name is also a part of the names of its files: at most 64 characters,
 /// none of them one that a file name must not hold.

@@ -4,6 +4,8 @@
 #include "tests/support/MemoryMesh.h"
 #include "tests/support/MemoryResults.h"
 
+#include <set>
+
 namespace support {
 
 /// Notes what is registered and accepts it or not.
@@ -33,10 +35,12 @@ class MemoryDocument : public CQMDocBase, private CQMDBSession {
     MemoryPropPool properties;
     MemoryPool<DPoolSNFun> curves;
     MemoryPool<DPoolFLFun> functions;
+    MemoryPool<DPoolMset> meshSets;
     MemoryPool<DPoolNode> nodes;
     MemoryElemPool elements{mesh};
     MemoryResultTree results;
     MemoryFileManager files;
+    std::set<ItrKey> hiddenMeshSets;
     std::vector<int> postModes; ///< arguments of SetPostMode
 
     CQMViewBase* GetActiveView() const override { return nullptr; }
@@ -60,14 +64,20 @@ class MemoryDocument : public CQMDocBase, private CQMDBSession {
 
   private:
     IDPool* GetDataPool(PoolId id) override {
-        IDPool* const pools[] = {&fatigues, &analyses,  &materials, &properties,
-                                 &curves,   &functions, &nodes,     &elements};
+        IDPool* const pools[] = {&fatigues,  &analyses, &materials, &properties, &curves,
+                                 &functions, &nodes,    &elements,  &meshSets,   &project_};
         for (IDPool* pool : pools)
             if (pool->Id() == id) return pool;
         return nullptr;
     }
+    const T_QM_MESH_D& GetMesh() const override {
+        meshView_ = mesh.view();
+        return meshView_;
+    }
     void ClearUndo() override {}
 
+    DPoolProj project_{*this};
+    mutable T_QM_MESH_D meshView_;
     std::vector<ItrKey> pickedNodes_;
     std::vector<ItrKey> pickedElements_;
 };

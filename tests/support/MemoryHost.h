@@ -52,6 +52,9 @@ class MemoryHost : public IHostServices {
     std::map<std::wstring, std::wstring, std::less<>> environment;
     std::map<std::wstring, std::wstring, std::less<>> texts;
     std::map<int, double> unitFactors; ///< of the current unit system
+    int forceUnit = 0;
+    int lengthUnit = 0;
+    std::vector<CVResult*> displayed; ///< arguments of DisplayPostResult
     std::vector<std::wstring> errors;
     std::vector<std::wstring> boxes;
     std::vector<bool> waitCursor; ///< every change
@@ -79,10 +82,16 @@ class MemoryHost : public IHostServices {
         const auto found = unitFactors.find(kind);
         return index == 1 && found != unitFactors.end() ? found->second : 1.0;
     }
-    const T_QM_MESH_D& GetMesh(CQMDocBase& doc) override {
-        mesh_ = dynamic_cast<MemoryDocument&>(doc).mesh.view();
-        return mesh_;
+    int GetUnitSystemForce() const override { return forceUnit; }
+    int GetUnitSystemLength() const override { return lengthUnit; }
+    void ShowMeshSet(CQMDocBase& doc, ItrKey set, bool show) override {
+        auto& hidden = dynamic_cast<MemoryDocument&>(doc).hiddenMeshSets;
+        show ? void(hidden.erase(set)) : void(hidden.insert(set));
     }
+    std::wstring GetViewTitle(const CQMViewBase& view) const override {
+        return view.GetDocument()->GetFullPathNameW();
+    }
+    void DisplayPostResult(CQMViewBase&, CVResult* result) override { displayed.push_back(result); }
     int BeginTransaction(CQMDocBase&, const std::wstring&) override { return 1; }
     int CommitTransaction(CQMDocBase&) override { return 1; }
     void RollbackTransaction(CQMDocBase&) override {}
@@ -93,7 +102,6 @@ class MemoryHost : public IHostServices {
   private:
     IHostServices* previousHost_;
     IQMProgressBar* previousBar_;
-    T_QM_MESH_D mesh_;
 };
 
 } // namespace support

@@ -61,6 +61,7 @@ ModelDatabase::~ModelDatabase() = default;
 IDPool* ModelDatabase::GetDataPool(PoolId id) {
     if (id == PoolId::Node) return &m_state->nodes;
     if (id == PoolId::Elem) return &m_state->elements;
+    if (id == PoolId::Proj) return &m_project;
     IDPool* found = nullptr;
     std::apply([&](auto&... pool) { ((pool.kId == id ? static_cast<void>(found = &pool) : void()), ...); },
                m_state->pools);

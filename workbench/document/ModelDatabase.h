@@ -38,6 +38,7 @@ class ModelDatabase final : public CQMDBSession {
     ~ModelDatabase() override;
 
     IDPool* GetDataPool(PoolId id) override;
+    const T_QM_MESH_D& GetMesh() const override { return mesh(); }
     void ClearUndo() override;
 
     const T_QM_MESH_D& mesh() const;
@@ -72,6 +73,7 @@ class ModelDatabase final : public CQMDBSession {
 
   private:
     std::unique_ptr<State> m_state;
+    DPoolProj m_project{*this};
 };
 
 } // namespace workbench

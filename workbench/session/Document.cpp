@@ -60,6 +60,13 @@ void Document::ClearSelectBuffer(int) {
     selectedElements_.clear();
 }
 
+void Document::showMeshSet(ItrKey set, bool show) {
+    if (show)
+        hiddenMeshSets_.erase(set);
+    else
+        hiddenMeshSets_.insert(set);
+}
+
 Result<void> Document::save() {
     return saveDocument(*database_, path_);
 }

@@ -9,6 +9,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <set>
 #include <vector>
 
 namespace workbench {
@@ -38,6 +39,9 @@ class Document final : public CQMDocBase {
     ModelDatabase& database() { return *database_; }
     ResultTree& results() { return tree_; }
     bool inPostMode() const { return postMode_; }
+    /// Whether views show a mesh set: all do that nobody hid. Not saved with the document.
+    bool isMeshSetShown(ItrKey set) const { return !hiddenMeshSets_.contains(set); }
+    void showMeshSet(ItrKey set, bool show);
 
     Result<void> save();
 
@@ -52,6 +56,7 @@ class Document final : public CQMDocBase {
     bool postMode_ = false;
     std::vector<ItrKey> selectedNodes_;
     std::vector<ItrKey> selectedElements_;
+    std::set<ItrKey> hiddenMeshSets_;
 };
 
 } // namespace workbench

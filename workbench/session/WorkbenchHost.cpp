@@ -2,9 +2,11 @@
 
 #include "framework/files/PathMap.h"
 #include "framework/text/CodePage.h"
+#include "host/FileCtrl.h"
 #include "workbench/session/Document.h"
 #include "workbench/session/Messages.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <system_error>
@@ -20,6 +22,11 @@ std::filesystem::path ownFolder() {
 
 ModelDatabase& databaseOf(CQMDocBase& doc) {
     return static_cast<Document&>(doc).database();
+}
+
+/// The table holds every unit of a known system.
+int positionOf(const std::vector<std::string>& names, const std::string& name) {
+    return static_cast<int>(std::find(names.begin(), names.end(), name) - names.begin());
 }
 
 } // namespace
@@ -80,8 +87,20 @@ void WorkbenchHost::setCurrentUnits(const UnitSystem& system) {
     if (current_ == 1) systems_.push_back(system);
 }
 
-const T_QM_MESH_D& WorkbenchHost::GetMesh(CQMDocBase& doc) {
-    return databaseOf(doc).mesh();
+int WorkbenchHost::GetUnitSystemForce() const {
+    return positionOf(forceUnits(), currentUnits().force);
+}
+
+int WorkbenchHost::GetUnitSystemLength() const {
+    return positionOf(lengthUnits(), currentUnits().length);
+}
+
+void WorkbenchHost::ShowMeshSet(CQMDocBase& doc, ItrKey set, bool show) {
+    static_cast<Document&>(doc).showMeshSet(set, show);
+}
+
+std::wstring WorkbenchHost::GetViewTitle(const CQMViewBase& view) const {
+    return CFileCtrl::GetFileName(view.GetDocument()->GetFullPathNameW());
 }
 
 int WorkbenchHost::BeginTransaction(CQMDocBase& doc, const std::wstring& title) {

@@ -38,7 +38,12 @@ class WorkbenchHost final : public IHostServices {
     int GetUnitIndexCurrent() const override { return current_; }
     int GetUnitIndexDefault() const override { return 0; }
     double GetUnitFactor(int kind, int index) const override;
-    const T_QM_MESH_D& GetMesh(CQMDocBase& doc) override;
+    int GetUnitSystemForce() const override;
+    int GetUnitSystemLength() const override;
+    void ShowMeshSet(CQMDocBase& doc, ItrKey set, bool show) override;
+    /// The name of the document's file.
+    std::wstring GetViewTitle(const CQMViewBase& view) const override;
+    void DisplayPostResult(CQMViewBase&, CVResult*) override {}
     int BeginTransaction(CQMDocBase& doc, const std::wstring& title) override;
     int CommitTransaction(CQMDocBase& doc) override;
     void RollbackTransaction(CQMDocBase& doc) override;

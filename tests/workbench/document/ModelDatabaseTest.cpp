@@ -43,14 +43,13 @@ TEST(RecordPool, UnknownKeysThrowOrLeaveTheRecordAlone) {
         EXPECT_TRUE(d->Pool<DPoolProp>()->GetMatlItr(key).empty());
     }
     EXPECT_EQ(material.name, L"kept");
-    EXPECT_EQ(d->GetDataPool(PoolId::Proj), nullptr);
     EXPECT_EQ(d->GetDataPool(static_cast<PoolId>(12345)), nullptr);
 }
 
 TEST(ModelDatabase, AnswersEachPoolUnderItsNumber) {
     ModelDatabase d;
-    for (const int id : {1,    2,    3,    4,    7,    8,    1010, 1013, 1014, 1020, 1021, 1022,
-                         1030, 1031, 1032, 1033, 1040, 1041, 1042, 1050, 1051, 1052, 1053}) {
+    for (const int id : {1,    2,    3,    4,    7,    8,    9,    1010, 1013, 1014, 1020, 1021,
+                         1022, 1030, 1031, 1032, 1033, 1040, 1041, 1042, 1050, 1051, 1052, 1053}) {
         const auto* pool = d.GetDataPool(static_cast<PoolId>(id));
         ASSERT_NE(pool, nullptr) << id;
         EXPECT_EQ(static_cast<int>(pool->Id()), id);

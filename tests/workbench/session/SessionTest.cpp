@@ -1,5 +1,9 @@
 #include "framework/text/CodePage.h"
+#include "host/QMMeshManager.h"
 #include "host/QMUnitCtrl.h"
+#include "host/TitleCtrlView.h"
+#include "tests/support/TemporaryFolder.h"
+#include "workbench/session/Document.h"
 #include "workbench/session/Messages.h"
 #include "workbench/session/TerminalProgress.h"
 #include "workbench/session/UnitTable.h"
@@ -91,7 +95,7 @@ TEST(TerminalProgress, PrintsPlainLinesWhenNobodyWatches) {
         TerminalProgress progress(file.get());
         progress.Start();
         progress.SetRange(0, 3);
-        for (const wchar_t* text : {L"one", L"one", L"two"}) {
+        for (const wchar_t* text : {L"part 1", L"part 2", L"part 10", L"end"}) {
             progress.SetText(text);
             progress.StepIt();
         }
@@ -100,8 +104,8 @@ TEST(TerminalProgress, PrintsPlainLinesWhenNobodyWatches) {
     }
     std::rewind(file.get());
     char text[64] = {};
-    EXPECT_EQ(std::fread(text, 1, sizeof text - 1, file.get()), 8u);
-    EXPECT_STREQ(text, "one\ntwo\n");
+    EXPECT_EQ(std::fread(text, 1, sizeof text - 1, file.get()), 11u);
+    EXPECT_STREQ(text, "part 1\nend\n");
 }
 
 TEST(WorkbenchHost, AnswersUnitsLanguageEditionAndEnvironment) {
@@ -124,6 +128,32 @@ TEST(WorkbenchHost, AnswersUnitsLanguageEditionAndEnvironment) {
     EXPECT_NEAR(CQMUnitCtrl::GetConvertFactorCurrent(UnitKind::Stress), 1e3, 1e-9);
     EXPECT_NEAR(CQMUnitCtrl::ConvertCurUnitData2TgtUnit(2, UnitKind::Stress, 0), 2e-3, 1e-15);
     EXPECT_NEAR(CQMUnitCtrl::ConvertTgtUnitData2CurUnit(2e-3, UnitKind::Stress, 0), 2, 1e-12);
+    EXPECT_NEAR(CQMUnitCtrl::ConvertUnitDataOut(2, UnitKind::Stress), 2e3, 1e-9);
+    EXPECT_EQ(forceUnits()[static_cast<std::size_t>(CQMUnitCtrl::GetUnitSystemForce())], "kN");
+    EXPECT_EQ(lengthUnits()[static_cast<std::size_t>(CQMUnitCtrl::GetUnitSystemLength())], "m");
+}
+
+TEST(WorkbenchHost, KeepsWhatADocumentShowsAndNamesItsView) {
+    const TemporaryFolder folder;
+    WorkbenchHost host({});
+    ItrKey sets[2];
+    {
+        ModelDatabase database;
+        database.beginTransaction(L"sets");
+        for (ItrKey& set : sets)
+            set = database.Pool<DPoolMset>()->TR_Add({0, L"set", {}, {}});
+        database.commitTransaction();
+        ASSERT_TRUE(saveDocument(database, folder / "bracket.v2.wkm"));
+    }
+    auto opened = Document::open(folder / "bracket.v2.wkm");
+    ASSERT_TRUE(opened);
+    Document& document = **opened;
+    const CQMMeshManager manager(document);
+    EXPECT_EQ(manager.SetShowHideMset({sets[0], sets[1]}, 0), 1);
+    EXPECT_EQ(manager.SetShowHideMset({sets[1]}, 1), 1);
+    EXPECT_FALSE(document.isMeshSetShown(sets[0]));
+    EXPECT_TRUE(document.isMeshSetShown(sets[1]));
+    EXPECT_EQ(CTitleCtrlView::GetWindowTitleName(document.GetActiveView()), L"bracket.v2");
 }
 
 } // namespace

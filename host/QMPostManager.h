@@ -1,0 +1,11 @@
+#pragma once
+
+class CQMViewBase;
+class CVResult;
+
+class CQMPostManager {
+  public:
+    /// Redraws the post-processing display of a view with a result table (null: without one). Nothing happens
+    /// without a view.
+    static void DisplayPostResult(CQMViewBase* view, CVResult* result);
+};
