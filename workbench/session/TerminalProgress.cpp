@@ -68,8 +68,11 @@ void TerminalProgress::clearLine() {
 void TerminalProgress::draw(bool now) {
     if (!open_) return;
     if (!terminal_) {
-        if (!text_.empty() && text_ != lastPlain_) std::fprintf(stream_, "%s\n", text_.c_str());
-        lastPlain_ = text_;
+        // A text that only counts on is not worth a line of its own.
+        std::string plain = text_;
+        std::erase_if(plain, [](char c) { return c >= '0' && c <= '9'; });
+        if (!plain.empty() && plain != lastPlain_) std::fprintf(stream_, "%s\n", text_.c_str());
+        lastPlain_ = std::move(plain);
         return;
     }
     const auto time = std::chrono::steady_clock::now();

@@ -95,7 +95,7 @@ TEST(TerminalProgress, PrintsPlainLinesWhenNobodyWatches) {
         TerminalProgress progress(file.get());
         progress.Start();
         progress.SetRange(0, 3);
-        for (const wchar_t* text : {L"one", L"one", L"two"}) {
+        for (const wchar_t* text : {L"part 1", L"part 2", L"part 10", L"end"}) {
             progress.SetText(text);
             progress.StepIt();
         }
@@ -104,8 +104,8 @@ TEST(TerminalProgress, PrintsPlainLinesWhenNobodyWatches) {
     }
     std::rewind(file.get());
     char text[64] = {};
-    EXPECT_EQ(std::fread(text, 1, sizeof text - 1, file.get()), 8u);
-    EXPECT_STREQ(text, "one\ntwo\n");
+    EXPECT_EQ(std::fread(text, 1, sizeof text - 1, file.get()), 11u);
+    EXPECT_STREQ(text, "part 1\nend\n");
 }
 
 TEST(WorkbenchHost, AnswersUnitsLanguageEditionAndEnvironment) {
