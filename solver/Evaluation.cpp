@@ -79,9 +79,8 @@ void countStress(const EvaluationPlan& plan, const ScalarHistory& history, Evalu
 }
 
 /// Per material: its hysteresis and its Poisson's ratio have a say.
-void countStrain(const EvaluationPlan& plan, const ScalarHistory& history, std::uint32_t material,
+void countStrain(const EvaluationPlan& plan, const ScalarHistory& history, const StrainLifeModel& model,
                  EvaluationScratch& scratch) {
-    const StrainLifeModel& model = plan.strainMaterials[material];
     followStresses(model, history.values, plan.measure->ofShear ? model.shearMeasureFactor() : 1.0,
                    history.stress, plan.correctsMeanStress, scratch.strain);
     countStrainCycles(scratch.strain, scratch.strainCycles);
@@ -101,15 +100,16 @@ bool Governing::worseThan(const Governing& other) const {
 
 void sumHistory(const EvaluationPlan& plan, std::span<const unsigned> corrections,
                 const ScalarHistory& history, std::span<const std::uint32_t> materials,
-                EvaluationScratch& scratch, std::span<Governing> governing) {
+                EvaluationScratch& scratch, std::span<Governing> governing, Lives lives) {
     const bool stressLife = isStressLife(plan.type);
+    const auto& strainMaterials = lives == Lives::LookedUp ? plan.quickMaterials : plan.strainMaterials;
     if (stressLife) countStress(plan, history, scratch);
     for (const std::uint32_t material : materials) {
-        if (!stressLife) countStrain(plan, history, material, scratch);
+        if (!stressLife) countStrain(plan, history, strainMaterials[material], scratch);
         for (std::size_t i = 0; i < corrections.size(); ++i) {
             const BlockSums sums = stressLife ? sumBlock(plan.materials[material], corrections[i],
                                                          plan.infiniteLife, scratch.cycles)
-                                              : sumBlock(plan.strainMaterials[material], corrections[i],
+                                              : sumBlock(strainMaterials[material], corrections[i],
                                                          plan.infiniteLife, scratch.strainCycles);
             const Governing candidate{sums, material, {}};
             if (material == materials.front() || candidate.worseThan(governing[i])) governing[i] = candidate;
@@ -124,7 +124,7 @@ std::vector<EvaluatedCycle> evaluateEachCycle(const EvaluationPlan& plan, unsign
         countStress(plan, history, scratch);
         return evaluateEach(plan.materials[material], correction, plan.infiniteLife, scratch.cycles);
     }
-    countStrain(plan, history, material, scratch);
+    countStrain(plan, history, plan.strainMaterials[material], scratch);
     return evaluateEach(plan.strainMaterials[material], correction, plan.infiniteLife, scratch.strainCycles);
 }
 
@@ -143,7 +143,7 @@ DamageBound boundDamage(const EvaluationPlan& plan, unsigned correction, std::ui
             fewest = lifeOf(model, correction, Cycle{range, 0.5 * (extremes.largest + extremes.smallest), 1})
                          .cycles;
     } else {
-        const StrainLifeModel& model = plan.strainMaterials[material];
+        const StrainLifeModel& model = plan.quickMaterials[material];
         if (!plan.stressMeasure)
             largestStress = model.stressAt(std::max(std::abs(extremes.largest), std::abs(extremes.smallest)));
         fewest = model.cyclesToFailure(correction, {{range, 0, 1}, largestStress, largestStress});

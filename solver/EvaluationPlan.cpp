@@ -99,6 +99,15 @@ Result<void> chooseMeasures(const Definition& definition, EvaluationPlan& plan) 
     return {};
 }
 
+/// The search for planes solves most.
+void addTables(EvaluationPlan& plan) {
+    constexpr std::size_t kMostTabulated = 64; // keeps memory small; lives of further ones are solved for
+    if (!plan.searchesPlanes()) return;
+    for (const StrainLifeModel& model : plan.strainMaterials)
+        plan.quickMaterials.push_back(plan.quickMaterials.size() < kMostTabulated ? model.tabulated()
+                                                                                  : model);
+}
+
 } // namespace
 
 Result<EvaluationPlan> makePlan(const Definition& definition, std::vector<std::string>& notes) {
@@ -113,6 +122,7 @@ Result<EvaluationPlan> makePlan(const Definition& definition, std::vector<std::s
     plan.blocks = definition.loadCycleCount;
     if (const auto added = addMaterials(definition, plan); !added) return added.error();
     if (const auto added = addCorrections(definition, plan, notes); !added) return added.error();
+    addTables(plan);
     return plan;
 }
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace solver {
 namespace {
@@ -73,7 +74,56 @@ Result<StrainLifeModel> StrainLifeModel::make(const StrainLifeMaterial& m) {
     return StrainLifeModel(m);
 }
 
+StrainLifeModel StrainLifeModel::tabulated() const {
+    // Octaves of strain amplitudes, of parameters, of strains and of 1 - mean / sigma_f'. Beyond, lives and
+    // stresses are solved for.
+    constexpr int kAmplitudes[] = {-20, -2}, kParameters[] = {-32, -4}, kStrains[] = {-20, -2},
+                  kRests[] = {-6, 1};
+    const auto over = [](const TwoPowers& curve, double scale, const int(&octaves)[2]) {
+        const auto solved = [&](double x) { return std::exp(curve.logArgument(std::log(x) + scale)); };
+        return PieceTable(solved, octaves[0], octaves[1]);
+    };
+    const auto power = [&](double exponent) {
+        return PieceTable([=](double x) { return std::pow(x, exponent); }, kRests[0], kRests[1]);
+    };
+    auto tables = std::make_shared<StrainLifeTables>();
+    tables->reversals = over(strainLife_, 0, kAmplitudes);
+    tables->reversalsOfParameter = over(damageParameter_, std::log(strength_), kParameters);
+    if (hasCyclicCurve_) tables->stress = over(cyclicCurve_, 0, kStrains);
+    tables->morrowLife = power(1.0 / (c_ - b_));
+    tables->morrowAmplitude = power(-c_ / (c_ - b_));
+    tables->mansonHalfordLife = power(-1.0 / b_);
+    StrainLifeModel model = *this;
+    model.tables_ = std::move(tables);
+    return model;
+}
+
+namespace {
+
+/// As StrainLifeModel::solveCycles, in reversals; not a number where the tables hold nothing.
+double lookUpReversals(const StrainLifeTables& tables, double strength, unsigned correction,
+                       const StrainCycle& cycle) {
+    const double amplitude = 0.5 * cycle.range;
+    if (correction == fatigue::kSwt)
+        return tables.reversalsOfParameter.at(cycle.largestStress / strength * amplitude);
+    if (correction == fatigue::kNone || cycle.meanStress <= 0) return tables.reversals.at(amplitude);
+    const double rest = 1.0 - cycle.meanStress / strength;
+    if (correction == fatigue::kMansonHalford)
+        return tables.mansonHalfordLife.at(rest) * tables.reversals.at(amplitude);
+    return tables.morrowLife.at(rest) * tables.reversals.at(tables.morrowAmplitude.at(rest) * amplitude);
+}
+
+} // namespace
+
 double StrainLifeModel::cyclesToFailure(unsigned correction, const StrainCycle& cycle) const {
+    if (tables_) {
+        const double reversals = lookUpReversals(*tables_, strength_, correction, cycle);
+        if (std::isfinite(reversals)) return std::max(0.5 * reversals, LifeCurve::kFewestCycles);
+    }
+    return solveCycles(correction, cycle);
+}
+
+double StrainLifeModel::solveCycles(unsigned correction, const StrainCycle& cycle) const {
     const double amplitude = 0.5 * cycle.range;
     if (!(amplitude > 0)) return kEndless;
     const double logAmplitude = std::log(amplitude);
@@ -97,6 +147,14 @@ double StrainLifeModel::amplitudeAt(double cycles) const {
 }
 
 double StrainLifeModel::stressAt(double strain) const {
+    if (tables_) {
+        const double stress = tables_->stress.at(std::abs(strain));
+        if (std::isfinite(stress)) return std::copysign(stress, strain);
+    }
+    return solveStress(strain);
+}
+
+double StrainLifeModel::solveStress(double strain) const {
     if (strain == 0) return 0;
     return std::copysign(std::exp(cyclicCurve_.logArgument(std::log(std::abs(strain)))), strain);
 }

@@ -3,8 +3,10 @@
 #include "base/Result.h"
 #include "solver/Definition.h"
 #include "solver/Rainflow.h"
+#include "solver/StrainLifeTables.h"
 #include "solver/TwoPowers.h"
 
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -29,6 +31,10 @@ class StrainLifeModel {
     /// Fails, saying which value makes no sense, when the material has no strain-life curve.
     static Result<StrainLifeModel> make(const StrainLifeMaterial& material);
 
+    /// The same material that looks stresses and lives up where tables hold them, several times faster. Lives
+    /// differ by 1e-7 at most. Takes milliseconds and about 150 kilobytes.
+    StrainLifeModel tabulated() const;
+
     /// Cycles to failure by one of the corrections resultfile::fatigue::kStrainLifeCorrections: half a cycle
     /// or more, infinity where nothing fails.
     double cyclesToFailure(unsigned correction, const StrainCycle& cycle) const;
@@ -48,6 +54,8 @@ class StrainLifeModel {
 
   private:
     explicit StrainLifeModel(const StrainLifeMaterial& material);
+    double solveCycles(unsigned correction, const StrainCycle& cycle) const;
+    double solveStress(double strain) const;
 
     double strength_; ///< sigma_f'
     double b_, c_;
@@ -58,6 +66,7 @@ class StrainLifeModel {
     TwoPowers strainLife_;      ///< strain amplitude over 2N
     TwoPowers damageParameter_; ///< largest stress x strain amplitude over 2N (Smith, Watson, Topper)
     TwoPowers cyclicCurve_;     ///< strain over stress
+    std::shared_ptr<const StrainLifeTables> tables_;
 };
 
 /// The stresses of a strain history on the material's hysteresis branches. The material starts without

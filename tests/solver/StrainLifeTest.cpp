@@ -183,3 +183,40 @@ TEST(HysteresisPath, PointsBetweenTurningPointsDoNoHarm) {
             << random.seedText();
     }
 }
+
+// Any answer that the tables give must be that of solving, also for materials that bend sharply.
+TEST(StrainLife, TablesAnswerAsSolvingDoes) {
+    RandomIntegers random;
+    const auto between = [&](double low, double high) {
+        return low + (high - low) * static_cast<double>(random.below(100001)) / 1e5;
+    };
+    for (int round = 0; round < 12; ++round) {
+        StrainLifeMaterial m{between(5e4, 3e5),
+                             0.3,
+                             between(0.05, 0.5),
+                             between(200, 3000),
+                             between(300, 3000),
+                             between(-0.2, -0.03),
+                             round == 1 ? 0 : between(0.01, 3),
+                             between(-1.2, -0.25)};
+        if (round == 2) m.fatigueDuctilityExponent = m.fatigueStrengthExponent;
+        if (round == 3) m.cyclicHardeningExponent = 1e-3;
+        const auto solving = model(m), tabulated = solving.tabulated();
+        for (int i = 0; i < 300; ++i) {
+            const double mean = between(-0.2, 1.1) * m.fatigueStrengthCoefficient;
+            const double amplitude = std::pow(10, between(-8, 1));
+            const StrainCycle cycle{{2 * amplitude, 0, 1}, mean, mean + between(0, 1000)};
+            for (const unsigned correction : fatigue::kStrainLifeCorrections) {
+                const double expected = solving.cyclesToFailure(correction, cycle);
+                const double found = tabulated.cyclesToFailure(correction, cycle);
+                ASSERT_EQ(std::isfinite(found), std::isfinite(expected)) << random.seedText();
+                if (!std::isfinite(expected)) continue;
+                ASSERT_NEAR(found / expected, 1, 1e-7)
+                    << fatigue::kCorrections[correction] << "; " << random.seedText();
+            }
+            const double strain = amplitude * (i % 2 == 0 ? 1 : -1);
+            ASSERT_NEAR(tabulated.stressAt(strain) / solving.stressAt(strain), 1, 1e-8) << random.seedText();
+        }
+        EXPECT_EQ(tabulated.stressAt(0), 0);
+    }
+}
