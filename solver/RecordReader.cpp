@@ -1,34 +1,14 @@
 #include "solver/RecordReader.h"
 
 #include <algorithm>
-#include <bit>
 #include <cassert>
-#include <cstring>
 #include <utility>
 
 namespace solver {
 
 namespace {
 constexpr std::size_t kFrameBytes = 8; ///< both counts of a record
-
-template <class T>
-T loadLittleEndian(const std::byte* at) {
-    T bits;
-    std::memcpy(&bits, at, sizeof bits);
-    if constexpr (std::endian::native == std::endian::big) {
-        auto* bytes = reinterpret_cast<std::byte*>(&bits);
-        std::reverse(bytes, bytes + sizeof bits);
-    }
-    return bits;
-}
 } // namespace
-
-std::int32_t loadInteger(const std::byte* at) {
-    return loadLittleEndian<std::int32_t>(at);
-}
-double loadReal(const std::byte* at) {
-    return loadLittleEndian<double>(at);
-}
 
 RecordReader::RecordReader(ByteSource& source, std::size_t blockBytes)
     : source_(source)

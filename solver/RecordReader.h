@@ -4,8 +4,11 @@
 #include "base/Result.h"
 #include "solver/ByteSource.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,7 +23,7 @@ namespace solver {
 /// record and its byte offset. The buffer grows only for records that the rest of the file can hold.
 class RecordReader {
   public:
-    explicit RecordReader(ByteSource& source, std::size_t blockBytes = 1 << 20);
+    explicit RecordReader(ByteSource& source, std::size_t blockBytes = 1 << 18);
 
     /// Goes to the next record, which must have `length` bytes. `what` names it in messages and must be a
     /// literal.
@@ -74,7 +77,21 @@ class RecordReader {
 };
 
 /// Little-endian values at `at`.
-std::int32_t loadInteger(const std::byte* at);
-double loadReal(const std::byte* at);
+template <class T>
+T loadLittleEndian(const std::byte* at) {
+    T bits;
+    std::memcpy(&bits, at, sizeof bits);
+    if constexpr (std::endian::native == std::endian::big) {
+        auto* bytes = reinterpret_cast<std::byte*>(&bits);
+        std::reverse(bytes, bytes + sizeof bits);
+    }
+    return bits;
+}
+inline std::int32_t loadInteger(const std::byte* at) {
+    return loadLittleEndian<std::int32_t>(at);
+}
+inline double loadReal(const std::byte* at) {
+    return loadLittleEndian<double>(at);
+}
 
 } // namespace solver
