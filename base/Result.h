@@ -14,8 +14,10 @@ struct Error {
 template <class T>
 class [[nodiscard]] Result {
   public:
-    Result(T value) : state_(std::move(value)) {}
-    Result(Error error) : state_(std::move(error)) {}
+    Result(T value)
+        : state_(std::move(value)) {}
+    Result(Error error)
+        : state_(std::move(error)) {}
 
     explicit operator bool() const { return std::holds_alternative<T>(state_); }
     T& operator*() { return std::get<T>(state_); }
@@ -34,7 +36,8 @@ template <>
 class [[nodiscard]] Result<void> {
   public:
     Result() = default;
-    Result(Error error) : error_(std::move(error)) {}
+    Result(Error error)
+        : error_(std::move(error)) {}
 
     explicit operator bool() const { return !error_; }
     const Error& error() const { return *error_; }

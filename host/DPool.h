@@ -11,13 +11,14 @@
 
 /// Numbers of the record pools, as CQMDBSession::GetDataPool takes them.
 enum class PoolId : int {
-    Node = 1,
-    Elem = 2,
-    Mset = 3,
-    Bset = 4,
+    Node = 3,
+    Elem = 4,
+    Mset = 5,
+    Bset = 6,
     Matl = 7,
     Prop = 8,
     Proj = 9,
+    Opti = 44,
     VXMcas = 1010,
     VXOctr = 1013,
     VXHprb = 1014,
@@ -34,7 +35,6 @@ enum class PoolId : int {
     Dgna = 1050,
     Dgns = 1051,
     GSens = 1052,
-    Opti = 1053,
 };
 
 class CQMDBSession;
@@ -61,7 +61,8 @@ class DPool : public IDPool {
     virtual const T& GetAtNU(ItrKey key) const = 0;
     /// Copies the record of `key`; zero, and `record` untouched, when there is none.
     virtual int Get(ItrKey key, T& record) const = 0;
-    /// Adds a record inside the open transaction and answers its new key, 0 on failure. record.key is ignored.
+    /// Adds a record inside the open transaction and answers its new key, 0 on failure. record.key is
+    /// ignored.
     virtual ItrKey TR_Add(const T& record) = 0;
     /// Replaces the record of record.key inside the open transaction; zero on failure.
     virtual int TR_Modify(const T& record) = 0;
@@ -105,7 +106,8 @@ class DPoolVXMcas : public DPoolOf<tagTVXMcas, PoolId::VXMcas> {
 class DPoolProj final : public IDPool {
   public:
     static constexpr PoolId kId = PoolId::Proj;
-    explicit DPoolProj(const CQMDBSession& session) : m_session(session) {}
+    explicit DPoolProj(const CQMDBSession& session)
+        : m_session(session) {}
     PoolId Id() const override { return kId; }
     std::size_t GetCount() const override { return 0; }
     bool Exist(ItrKey) const override { return false; }

@@ -29,5 +29,9 @@ constexpr int elementNodeCount(std::uint8_t type) {
     return type < std::size(counts) ? counts[type] : 0;
 }
 
-constexpr bool isPlanarElement(std::uint8_t type) { return type >= 4 && type <= 7; }
-constexpr bool isSolidElement(std::uint8_t type) { return type >= 8 && type <= 15; }
+constexpr bool isPlanarElement(std::uint8_t type) {
+    return type >= 4 && type <= 7;
+}
+constexpr bool isSolidElement(std::uint8_t type) {
+    return type >= 8 && type <= 15;
+}

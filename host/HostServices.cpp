@@ -26,16 +26,34 @@ IHostServices& HostServices() {
     return *g_services;
 }
 
-std::wstring CMSGFunction::GetValue(std::wstring_view key) { return HostServices().GetMessageText(key); }
-void qmMsgOutError(const std::wstring& text) { HostServices().ErrorOut(text); }
-int AfxMessageBox(const std::wstring& text, unsigned style) { return HostServices().ShowMessageBox(text, style); }
+std::wstring CMSGFunction::GetValue(std::wstring_view key) {
+    return HostServices().GetMessageText(key);
+}
+void qmMsgOutError(const std::wstring& text) {
+    HostServices().ErrorOut(text);
+}
+int AfxMessageBox(const std::wstring& text, unsigned style) {
+    return HostServices().ShowMessageBox(text, style);
+}
 
-bool IsEditionA() { return HostServices().GetEdition() == Edition::A; }
-bool IsEditionB() { return HostServices().GetEdition() == Edition::B; }
-bool IsEditionC() { return HostServices().GetEdition() == Edition::C; }
-bool IsEditionD() { return HostServices().GetEdition() == Edition::D; }
-std::wstring CQMAppBase::GetProgramPath() { return HostServices().GetProgramPath(); }
-std::wstring CProduct::GetTestEnvValue(std::wstring_view name) { return HostServices().GetTestEnvValue(name); }
+bool IsEditionA() {
+    return HostServices().GetEdition() == Edition::A;
+}
+bool IsEditionB() {
+    return HostServices().GetEdition() == Edition::B;
+}
+bool IsEditionC() {
+    return HostServices().GetEdition() == Edition::C;
+}
+bool IsEditionD() {
+    return HostServices().GetEdition() == Edition::D;
+}
+std::wstring CQMAppBase::GetProgramPath() {
+    return HostServices().GetProgramPath();
+}
+std::wstring CProduct::GetTestEnvValue(std::wstring_view name) {
+    return HostServices().GetTestEnvValue(name);
+}
 
 void BeginWaitCursor() {
     if (g_waitDepth++ == 0) HostServices().SetWaitCursor(true);
@@ -47,8 +65,12 @@ void EndWaitCursor() {
 double CQMUnitCtrl::GetConvertFactorCurrent(int kind) {
     return HostServices().GetUnitFactor(kind, HostServices().GetUnitIndexCurrent());
 }
-int CQMUnitCtrl::GetUnitIndexCurrent() { return HostServices().GetUnitIndexCurrent(); }
-int CQMUnitCtrl::GetUnitIndexDefault() { return HostServices().GetUnitIndexDefault(); }
+int CQMUnitCtrl::GetUnitIndexCurrent() {
+    return HostServices().GetUnitIndexCurrent();
+}
+int CQMUnitCtrl::GetUnitIndexDefault() {
+    return HostServices().GetUnitIndexDefault();
+}
 double CQMUnitCtrl::ConvertSrcUnitData2TgtUnit(double value, int kind, int sourceIndex, int targetIndex) {
     const IHostServices& host = HostServices();
     return value / host.GetUnitFactor(kind, sourceIndex) * host.GetUnitFactor(kind, targetIndex);
@@ -60,11 +82,19 @@ double CQMUnitCtrl::ConvertTgtUnitData2CurUnit(double value, int kind, int targe
     return ConvertSrcUnitData2TgtUnit(value, kind, targetIndex, GetUnitIndexCurrent());
 }
 
-int CQMUnitCtrl::GetUnitSystemForce() { return HostServices().GetUnitSystemForce(); }
-int CQMUnitCtrl::GetUnitSystemLength() { return HostServices().GetUnitSystemLength(); }
-double CQMUnitCtrl::ConvertUnitDataOut(double value, int kind) { return value * GetConvertFactorCurrent(kind); }
+int CQMUnitCtrl::GetUnitSystemForce() {
+    return HostServices().GetUnitSystemForce();
+}
+int CQMUnitCtrl::GetUnitSystemLength() {
+    return HostServices().GetUnitSystemLength();
+}
+double CQMUnitCtrl::ConvertUnitDataOut(double value, int kind) {
+    return value * GetConvertFactorCurrent(kind);
+}
 
-const T_QM_MESH_D& CQMGlobalData::GetStruct(CQMDocBase& doc) { return doc.GetDBSession().GetMesh(); }
+const T_QM_MESH_D& CQMGlobalData::GetStruct(CQMDocBase& doc) {
+    return doc.GetDBSession().GetMesh();
+}
 
 std::wstring CTitleCtrlView::GetWindowTitleName(const CQMViewBase* view) {
     return view ? HostServices().GetViewTitle(*view) : std::wstring();
@@ -89,4 +119,6 @@ void CTransaction::Rollback() {
     HostServices().RollbackTransaction(m_doc);
 }
 
-int CQMCommandObj::Execute() { return HostServices().ExecuteCommand(m_pDoc, m_strName, m_params); }
+int CQMCommandObj::Execute() {
+    return HostServices().ExecuteCommand(m_pDoc, m_strName, m_params);
+}

@@ -2,6 +2,7 @@
 
 #include "host/MSGFunction.h"
 #include "host/QMAppBase.h"
+#include "host/QMCommandObj.h"
 #include "host/QMGlobalData.h"
 #include "host/QMProgressBar.h"
 #include "host/records/ItrKey.h"
@@ -48,7 +49,7 @@ class IHostServices {
     virtual int CommitTransaction(CQMDocBase& doc) = 0;
     virtual void RollbackTransaction(CQMDocBase& doc) = 0;
     virtual int ExecuteCommand(CQMDocBase* doc, const std::wstring& name,
-                               const std::vector<std::wstring>& params) = 0;
+                               const CommandParameters& params) = 0;
 };
 
 /// Registers the host for this process (null takes it away). The host answers the previous one.

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "host/QMDBSession.h"
 #include "host/POHTree.h"
 #include "host/PostFileManager.h"
+#include "host/QMDBSession.h"
 #include "host/WorksTreeManager.h"
 
 #include <string>

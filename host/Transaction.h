@@ -8,7 +8,8 @@ class CQMDocBase;
 /// neither committed nor rolled back is rolled back when its object goes.
 class CTransaction {
   public:
-    explicit CTransaction(CQMDocBase& doc) : m_doc(doc) {}
+    explicit CTransaction(CQMDocBase& doc)
+        : m_doc(doc) {}
     ~CTransaction() { Rollback(); }
     CTransaction(const CTransaction&) = delete;
     CTransaction& operator=(const CTransaction&) = delete;

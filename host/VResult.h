@@ -43,7 +43,8 @@ class CVResult {
 /// Holds the values of a result table in memory for a scope.
 class CVResultLease {
   public:
-    explicit CVResultLease(CVResult* result) : m_pResult(result && result->Load() ? result : nullptr) {}
+    explicit CVResultLease(CVResult* result)
+        : m_pResult(result && result->Load() ? result : nullptr) {}
     ~CVResultLease() {
         if (m_pResult) m_pResult->Release();
     }

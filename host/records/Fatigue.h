@@ -35,9 +35,9 @@ inline constexpr int StressAndStrainSteps = 4;
 /// Stress-life data of one material of a definition.
 struct T_FATG_STRESS_LIFE_D {
     ItrKey materialKey = 0;
-    std::int32_t curveType = 0; ///< 0 parametric, 1 tabulated
-    double yieldStrength = 0;   ///< declared first
-    double ultimateStrength = 0; ///< declared second
+    std::int32_t curveType = 0;              ///< 0 parametric, 1 tabulated
+    double yieldStrength = 0;                ///< declared first
+    double ultimateStrength = 0;             ///< declared second
     std::array<double, 2> curveParameters{}; ///< Basquin: amplitude = first * cycles ^ second
     ItrKey curveKey = 0; ///< tagSNFun; parametric entries have a (possibly empty) curve of their own too
 };
@@ -45,8 +45,8 @@ struct T_FATG_STRESS_LIFE_D {
 /// Strain-life data of one material of a definition (Coffin-Manson-Basquin).
 struct T_FATG_STRAIN_LIFE_D {
     ItrKey materialKey = 0;
-    std::int32_t deriveCyclicHardeningExponent = 0; ///< 1: n' = b / c
-    double cyclicHardeningExponent = 0;             ///< n'
+    std::int32_t deriveCyclicHardeningExponent = 0;   ///< 1: n' = b / c
+    double cyclicHardeningExponent = 0;               ///< n'
     std::int32_t deriveCyclicStrengthCoefficient = 0; ///< 1: K' = sigma_f' / eps_f' ^ n'
     double cyclicStrengthCoefficient = 0;             ///< K'
     double fatigueStrengthCoefficient = 0;            ///< sigma_f'
@@ -70,11 +70,13 @@ struct tagTFatg {
     ItrKey analysisKey = 0;       ///< analysis whose results are read
     ItrKey resultAnalysisKey = 0; ///< analysis under which the fatigue result is registered
     std::int32_t fatigueType = 0; ///< see FatigueType
-    std::int32_t stressOption = 0; ///< 0 absolute maximum principal, 1 signed von Mises, 2 signed Tresca, 3 critical plane
+    std::int32_t stressOption =
+        0; ///< 0 absolute maximum principal, 1 signed von Mises, 2 signed Tresca, 3 critical plane
     std::int32_t strainOption = 0; ///< likewise
     std::int32_t quickRainflow = 0;
     std::int32_t rainflowValue = 0; ///< per cent of the largest range below which cycles are left out
-    std::array<std::int32_t, 6> meanStress{1, 0, 0, 0, 0, 0}; ///< None, Goodman, Gerber, Soderberg, Morrow, SWT
+    std::array<std::int32_t, 6> meanStress{1, 0, 0,
+                                           0, 0, 0}; ///< None, Goodman, Gerber, Soderberg, Morrow, SWT
     std::array<std::int32_t, 4> strainCorrections{1, 0, 0, 0};
     std::array<std::int32_t, 3> outputs{1, 1, 0}; ///< damage, life, equivalent amplitude
     std::int32_t loadCycleCount = 1;

@@ -39,11 +39,11 @@ struct tagTMset {
 /// The whole mesh as bulk tables. Everything is owned by the host and lives as long as the document is
 /// unchanged. Node i of every span is the node with value index i; element e likewise.
 struct T_QM_MESH_D {
-    std::span<const std::uint32_t> nodeKeys; ///< strictly ascending
+    std::span<const std::uint32_t> nodeKeys;   ///< strictly ascending
     std::span<const std::int32_t> nodeNumbers; ///< strictly ascending
     std::span<const std::array<double, 3>> nodePositions;
 
-    std::span<const std::uint32_t> elementKeys; ///< strictly ascending
+    std::span<const std::uint32_t> elementKeys;   ///< strictly ascending
     std::span<const std::int32_t> elementNumbers; ///< strictly ascending
     std::span<const std::uint8_t> elementTypes;
     std::span<const std::uint32_t> elementPropertyKeys;

@@ -95,9 +95,7 @@ class MemoryHost : public IHostServices {
     int BeginTransaction(CQMDocBase&, const std::wstring&) override { return 1; }
     int CommitTransaction(CQMDocBase&) override { return 1; }
     void RollbackTransaction(CQMDocBase&) override {}
-    int ExecuteCommand(CQMDocBase*, const std::wstring&, const std::vector<std::wstring>&) override {
-        return 0;
-    }
+    int ExecuteCommand(CQMDocBase*, const std::wstring&, const CommandParameters&) override { return 0; }
 
   private:
     IHostServices* previousHost_;

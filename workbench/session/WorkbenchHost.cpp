@@ -116,7 +116,7 @@ void WorkbenchHost::RollbackTransaction(CQMDocBase& doc) {
 }
 
 int WorkbenchHost::ExecuteCommand(CQMDocBase* doc, const std::wstring& name,
-                                  const std::vector<std::wstring>&) {
+                                  const CommandParameters&) {
     if (!doc) return 0;
     auto& document = static_cast<Document&>(*doc);
     if (name == L"Undo") {

@@ -48,8 +48,7 @@ class WorkbenchHost final : public IHostServices {
     int CommitTransaction(CQMDocBase& doc) override;
     void RollbackTransaction(CQMDocBase& doc) override;
     /// Knows "Save" and "Undo".
-    int ExecuteCommand(CQMDocBase* doc, const std::wstring& name,
-                       const std::vector<std::wstring>& params) override;
+    int ExecuteCommand(CQMDocBase* doc, const std::wstring& name, const CommandParameters& params) override;
 
     Language language() const { return options_.language; }
     TerminalProgress& progress() { return progress_; }

@@ -48,8 +48,8 @@ TEST(RecordPool, UnknownKeysThrowOrLeaveTheRecordAlone) {
 
 TEST(ModelDatabase, AnswersEachPoolUnderItsNumber) {
     ModelDatabase d;
-    for (const int id : {1,    2,    3,    4,    7,    8,    9,    1010, 1013, 1014, 1020, 1021,
-                         1022, 1030, 1031, 1032, 1033, 1040, 1041, 1042, 1050, 1051, 1052, 1053}) {
+    for (const int id : {3,    4,    5,    6,    7,    8,    9,    44,   1010, 1013, 1014, 1020,
+                         1021, 1022, 1030, 1031, 1032, 1033, 1040, 1041, 1042, 1050, 1051, 1052}) {
         const auto* pool = d.GetDataPool(static_cast<PoolId>(id));
         ASSERT_NE(pool, nullptr) << id;
         EXPECT_EQ(static_cast<int>(pool->Id()), id);
