@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <ostream>
@@ -21,9 +22,9 @@ class Progress {
     Progress& operator=(const Progress&) = delete;
     ~Progress() { end(); }
 
-    /// One more node is done.
-    void advance() {
-        ++done_;
+    /// More nodes are done.
+    void advance(std::size_t nodes = 1) {
+        done_ += nodes;
         if (terminal_) draw();
     }
     /// Wipes the line; nothing is drawn any more.
