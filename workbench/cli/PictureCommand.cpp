@@ -60,6 +60,8 @@ class PictureCommand final : public Command {
     }
 
     int run(WorkbenchHost& host, const CommonOptions& common) override {
+        if (!output_.ends_with(".png"))
+            return fail("the picture's name must end in .png, which \"" + output_ + "\" does not");
         auto document = openForCommand(host, choice_.model, common);
         if (!document) return fail(document.error());
         const auto table = choice_.find(**document);

@@ -19,7 +19,7 @@ constexpr const char* kDescription =
 constexpr const char* kFooter =
     "Exit codes: 0 done; 1 wrong input or failed work, named on the standard error output; "
     "2 wrong command line.\n"
-    "A first run: vexa new samples/notch/notch.toml -o notch.wkm && vexa fatigue notch.wkm";
+    "After ./run there is a model to look at: vexa info build/samples/notch/notch.wkm";
 
 void addCommonOptions(CLI::App& app, CommonOptions& common) {
     app.add_flag("--json", common.json, "Print the result as JSON");

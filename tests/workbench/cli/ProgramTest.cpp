@@ -174,6 +174,8 @@ TEST_F(ProgramTest, RefusesWrongInputWithASentenceAndLeavesNothing) {
         {"vexa new cube.inp -o x.wkm", 1, "cube.inp"},
         {"vexa new cube.toml -o cube.toml", 1, "must end in .wkm"},
         {"vexa new cube.toml -o no/folder.wkm", 1, "no/folder"},
+        {"vexa picture cube.wkm --analysis Static --case Pull --component 312101 -o cube.wkm", 1,
+         "must end in .png"},
         {"vexa picture cube.wkm --analysis Static --case Pull --component 312101 -o no/folder.png", 1,
          "no/folder.png"},
     };
