@@ -35,7 +35,7 @@ void repairStructure(std::string& bytes) {
 
 /// HDF5 forgets some of what it had decoded of an object when it refuses the rest.
 extern "C" const char* __lsan_default_suppressions() {
-    return "leak:H5C_protect";
+    return "leak:libhdf5";
 }
 
 /// Any bytes: an error sentence or a whole file, never a crash. Files of the Writer make good seeds.

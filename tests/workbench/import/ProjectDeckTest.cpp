@@ -113,6 +113,14 @@ TEST(ProjectDeck, HoldsWhatItsAuthorWrote) {
     EXPECT_EQ(strain.loads[0].step, "Time 2");
 }
 
+TEST(ProjectDeck, KeepsALetterBeyondAsciiThatContinuesALine) {
+    std::string text = kDeck;
+    text.replace(text.find("\"Strain life\""), 13, "\"\"\"\\\n  \u00e4lteste\"\"\"");
+    const auto deck = readText(text);
+    ASSERT_TRUE(deck) << deck.error().message;
+    EXPECT_EQ(deck->fatigue[1].result, "\u00e4lteste");
+}
+
 /// One edit of the good deck and what its author is told. The line is that of the edit, where `line` is 0.
 struct Edit {
     const char* from;
