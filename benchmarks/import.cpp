@@ -88,8 +88,8 @@ std::size_t countLines(const std::string& text) {
 
 struct Discard final : FrdSink {
     std::size_t values = 0;
-    Result<void> meshNodes(std::span<const std::int32_t>) override { return {}; }
-    Result<void> meshElements(std::span<const std::int32_t>) override { return {}; }
+    Result<void> meshNodes(const FrdBlock&) override { return {}; }
+    Result<void> meshElement(const FrdElement&) override { return {}; }
     bool wants(const FrdBlock&) override { return true; }
     Result<void> block(FrdBlock& block, std::uint64_t, std::uint64_t) override {
         values += block.nodes.size() * block.values.size();

@@ -10,8 +10,9 @@
 namespace {
 
 struct Checker final : workbench::FrdSink {
-    Result<void> meshNodes(std::span<const std::int32_t>) override { return {}; }
-    Result<void> meshElements(std::span<const std::int32_t>) override { return {}; }
+    Result<void> meshNodes(const workbench::FrdBlock&) override { return {}; }
+    Result<void> meshElement(const workbench::FrdElement&) override { return {}; }
+    bool wantsElementNodes() const override { return true; }
     bool wants(const workbench::FrdBlock& header) override { return header.name != "ERROR"; }
     Result<void> block(workbench::FrdBlock& block, std::uint64_t done, std::uint64_t total) override {
         if (done > total || block.values.size() != block.components.size()) std::abort();

@@ -16,6 +16,7 @@ namespace {
 constexpr std::size_t kMarkWidth = 3; ///< " -1", " -2", " -3"
 /// No entity has more components; a larger count is a broken file.
 constexpr int kMostComponents = 1000;
+constexpr std::size_t kMostElementNodes = 64; ///< beyond the largest element of the format
 constexpr std::size_t kValuesPerLine = 6;
 constexpr std::size_t kFirstValue = kMarkWidth + fixedfield::kIntegerWidth;
 constexpr std::size_t kRowsAtOnce = 4096; ///< by which tables grow
@@ -136,20 +137,47 @@ class FrdParser {
         FrdBlock& block = beginBlock();
         block.name = "nodes";
         block.components = {"X", "Y", "Z"};
-        return rows(block) && deliver(sink_.meshNodes(block.nodes));
+        return rows(block) && deliver(sink_.meshNodes(block));
     }
 
     bool meshElements(std::string_view line) {
         if (!format(line, 73)) return false;
-        std::vector<std::int32_t> numbers;
+        const bool wantsNodes = sink_.wantsElementNodes();
+        FrdElement element;
+        std::vector<std::int32_t> nodes;
+        const auto finishElement = [&] {
+            if (element.number == 0) return true;
+            element.nodes = nodes;
+            return deliver(sink_.meshElement(element));
+        };
         while (true) {
             if (!window_.nextLine(line)) return failTruncated("the elements");
-            if (line.starts_with(" -3")) return deliver(sink_.meshElements(numbers));
-            if (line.starts_with(" -2")) continue;
+            if (line.starts_with(" -3")) return finishElement();
+            if (line.starts_with(" -2")) {
+                if (wantsNodes && !elementNodes(line, nodes)) return false;
+                continue;
+            }
+            if (!finishElement()) return false;
             const auto number = integerColumn(line, kMarkWidth, numberWidth_);
-            if (!line.starts_with(" -1") || !number) return fail("this is no line of an element");
-            numbers.push_back(*number);
+            const auto type = integerColumn(line, kMarkWidth + numberWidth_, 5);
+            if (!line.starts_with(" -1") || !number || *number < 1 || !type)
+                return fail("this is no line of an element");
+            element.number = *number;
+            element.type = *type;
+            nodes.clear();
         }
+    }
+
+    /// Appends the node numbers of a line of an element.
+    bool elementNodes(std::string_view line, std::vector<std::int32_t>& nodes) {
+        if (nodes.size() > kMostElementNodes) return fail("the element has too many nodes");
+        for (std::size_t at = kMarkWidth; !trimmed(column(line, at, std::string_view::npos)).empty();
+             at += numberWidth_) {
+            const auto node = integerColumn(line, at, numberWidth_);
+            if (!node) return fail("this is no line of the nodes of an element");
+            nodes.push_back(*node);
+        }
+        return true;
     }
 
     bool resultBlock(std::string_view line) {

@@ -24,12 +24,23 @@ struct FrdBlock {
     std::vector<std::vector<float>> values; ///< a table a component, each as long as `nodes`
 };
 
+/// One element of the mesh that a result file describes.
+struct FrdElement {
+    std::int32_t number = 0;
+    int type = 0; ///< the file's own code: 1 hexahedron of 8 nodes, 4 of 20, ...
+    /// In the order of the file, as many as stand there; empty where the sink does not want them.
+    std::span<const std::int32_t> nodes;
+};
+
 /// Takes what a result file holds, in the order of the file. A failure ends the reading.
 class FrdSink {
   public:
     virtual ~FrdSink() = default;
-    virtual Result<void> meshNodes(std::span<const std::int32_t> numbers) = 0;
-    virtual Result<void> meshElements(std::span<const std::int32_t> numbers) = 0;
+    /// The nodes of the mesh with their coordinates as components X, Y, Z. Gone after the call.
+    virtual Result<void> meshNodes(const FrdBlock& nodes) = 0;
+    virtual Result<void> meshElement(const FrdElement& element) = 0;
+    /// Whether elements shall come with their nodes.
+    virtual bool wantsElementNodes() const { return false; }
     /// Whether the values of a block are wanted; the others are passed over unread.
     virtual bool wants(const FrdBlock& header) = 0;
     /// The block may be changed, and is gone after the call. `done` of `total` bytes are read.

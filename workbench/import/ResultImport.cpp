@@ -58,8 +58,8 @@ void ResultImport::warnOnce(const std::string& key, const std::string& text) {
     warnings_.push_back(text);
 }
 
-Result<void> ResultImport::meshNodes(std::span<const std::int32_t> numbers) {
-    for (const std::int32_t number : numbers)
+Result<void> ResultImport::meshNodes(const FrdBlock& nodes) {
+    for (const std::int32_t number : nodes.nodes)
         if (nodes_.find(number) == NumberIndex::kNone)
             return Error{fileName_ + ": node " + std::to_string(number) +
                          " is not in the deck; the result file belongs to another deck" +
@@ -69,13 +69,13 @@ Result<void> ResultImport::meshNodes(std::span<const std::int32_t> numbers) {
     return {};
 }
 
-Result<void> ResultImport::meshElements(std::span<const std::int32_t> numbers) {
-    for (const std::int32_t number : numbers)
-        if (!std::binary_search(mesh_.elementNumbers.begin(), mesh_.elementNumbers.end(), number) &&
-            !std::binary_search(mesh_.leftOutElements.begin(), mesh_.leftOutElements.end(), number))
-            return Error{fileName_ + ": element " + std::to_string(number) +
-                         " is not in the deck; the result file belongs to another deck"};
-    return {};
+Result<void> ResultImport::meshElement(const FrdElement& element) {
+    const auto holds = [&](std::span<const std::int32_t> numbers) {
+        return std::binary_search(numbers.begin(), numbers.end(), element.number);
+    };
+    if (holds(mesh_.elementNumbers) || holds(mesh_.leftOutElements)) return {};
+    return Error{fileName_ + ": element " + std::to_string(element.number) +
+                 " is not in the deck; the result file belongs to another deck"};
 }
 
 bool ResultImport::wants(const FrdBlock& header) {

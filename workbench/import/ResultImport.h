@@ -36,8 +36,8 @@ class ResultImport final : public FrdSink {
                  std::span<const std::string> caseNames, std::string fileName,
                  std::function<void(double)> progress);
 
-    Result<void> meshNodes(std::span<const std::int32_t> numbers) override;
-    Result<void> meshElements(std::span<const std::int32_t> numbers) override;
+    Result<void> meshNodes(const FrdBlock& nodes) override;
+    Result<void> meshElement(const FrdElement& element) override;
     bool wants(const FrdBlock& header) override;
     Result<void> block(FrdBlock& block, std::uint64_t done, std::uint64_t total) override;
 

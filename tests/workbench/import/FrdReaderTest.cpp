@@ -12,16 +12,19 @@ using namespace workbench;
 
 struct Collector final : FrdSink {
     std::vector<std::int32_t> nodes, elements;
+    std::vector<std::vector<std::int32_t>> elementNodes;
     std::vector<FrdBlock> blocks;
 
-    Result<void> meshNodes(std::span<const std::int32_t> numbers) override {
-        nodes.assign(numbers.begin(), numbers.end());
+    Result<void> meshNodes(const FrdBlock& block) override {
+        nodes = block.nodes;
         return {};
     }
-    Result<void> meshElements(std::span<const std::int32_t> numbers) override {
-        elements.assign(numbers.begin(), numbers.end());
+    Result<void> meshElement(const FrdElement& element) override {
+        elements.push_back(element.number);
+        elementNodes.emplace_back(element.nodes.begin(), element.nodes.end());
         return {};
     }
+    bool wantsElementNodes() const override { return true; }
     bool wants(const FrdBlock& header) override { return header.name != "UNKNOWN"; }
     Result<void> block(FrdBlock& block, std::uint64_t, std::uint64_t) override {
         blocks.push_back(block);
@@ -69,6 +72,7 @@ TEST(FrdReader, ReadsBlocksOfAllFormats) {
         ASSERT_TRUE(done) << done.error().message;
         EXPECT_EQ(sink.nodes, (std::vector<std::int32_t>{1, 2, 5}));
         EXPECT_EQ(sink.elements, (std::vector<std::int32_t>{7}));
+        EXPECT_EQ(sink.elementNodes, (std::vector<std::vector<std::int32_t>>{{1, 2}}));
         ASSERT_EQ(sink.blocks.size(), 4u);
         EXPECT_EQ(sink.blocks[0].components, (std::vector<std::string>{"D1", "D2", "D3"}));
         EXPECT_EQ(sink.blocks[0].value, 0.5);
@@ -136,6 +140,9 @@ TEST(FrdReader, RefusesBrokenStructure) {
         {replaced(good, "  100CL", "  200CL"), "begins no record of a result file"},
         {replaced(good, " -1         2 3", " -1         x 3"), "no line of values of block"},
         {replaced(good, "\n -1         5 7.5", "\n -3\n -1         5 7.5"), "announces 3 nodes and holds 2"},
+        {replaced(good, " -2         1         2", " -2         1        2x"),
+         "no line of the nodes of an element"},
+        {replaced(good, " -1         7    1", " -1         0    1"), "no line of an element"},
         {replaced(good, " 5.00000E-01", "         NAN"), "NAN' is no time or frequency"},
         {replaced(good, "1PSTEP", "1PSTEP x"), "the numbers of the STEP line are broken"},
         {replaced(good, " 1.50000E+00-1.25000E+00 1.50000E+00\n",

@@ -21,7 +21,8 @@ class FrdText {
         add(" -3\n    3C                  %12d%37s%d\n", int(elements.size()), "", short_ ? 0 : 1);
         for (const int element : elements) {
             add(short_ ? " -1%5d" : " -1%10d", element);
-            add("    1    0    1\n -2         1         2\n");
+            text_ += "    1    0    1\n";
+            add(short_ ? " -2%5d%5d\n" : " -2%10d%10d\n", 1, 2);
         }
         text_ += " -3\n";
         return *this;
