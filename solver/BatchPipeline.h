@@ -21,7 +21,7 @@ struct PipelineFailure {
     Error error;
 };
 
-/// Reads the nodes in batches, evaluates up to `threads` batches at a time (1: on the calling thread) and
+/// Reads the nodes in batches, evaluates them on `threads` threads, of which the calling one is one, and
 /// hands the outcomes on in order. They do not depend on the number of threads. Memory is bounded by batches,
 /// not by nodes.
 std::optional<PipelineFailure> evaluateNodes(InterfaceReader& reader, const Definition& definition,

@@ -4,7 +4,9 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <numbers>
 #include <string>
+#include <utility>
 
 namespace solver {
 namespace {
@@ -15,7 +17,25 @@ bool isPositive(double value) {
     return value > 0 && std::isfinite(value);
 }
 
+/// The power of two at or below a number that need not be one of the machine's.
+int octaveOf(double logarithm) {
+    constexpr double kFarthest = 1000;
+    return static_cast<int>(std::clamp(std::floor(logarithm / std::numbers::ln2), -kFarthest, kFarthest));
+}
+
 } // namespace
+
+LifeCurve::LifeCurve(std::vector<double> logCycles, std::vector<double> logAmplitudes)
+    : logCycles_(std::move(logCycles))
+    , logAmplitudes_(std::move(logAmplitudes)) {
+    // Lives beyond are solved for when they come, and flat curves of many octaves are not worth more.
+    constexpr double kLongestLife = 1e15;
+    constexpr int kMostOctaves = 64;
+    const int end = octaveOf(std::log(amplitudeAt(kFewestCycles))) + 1;
+    const int first = octaveOf(std::log(amplitudeAt(kLongestLife)));
+    table_ = PieceTable([this](double amplitude) { return solveCycles(amplitude); },
+                        std::max(first, end - kMostOctaves), end);
+}
 
 Result<LifeCurve> LifeCurve::basquin(double coefficient, double exponent) {
     if (!isPositive(coefficient)) return Error{"the coefficient of its curve must be more than 0"};
@@ -23,16 +43,13 @@ Result<LifeCurve> LifeCurve::basquin(double coefficient, double exponent) {
         return Error{"the exponent of its curve must be less than 0"};
     constexpr double kDecades = 6; // any second point serves
     const double logCycles = kDecades * std::log(10.0);
-    LifeCurve curve;
-    curve.logCycles_ = {0.0, logCycles};
-    curve.logAmplitudes_ = {std::log(coefficient), std::log(coefficient) + exponent * logCycles};
-    return curve;
+    return LifeCurve({0.0, logCycles}, {std::log(coefficient), std::log(coefficient) + exponent * logCycles});
 }
 
 Result<LifeCurve> LifeCurve::table(std::span<const CurvePoint> points) {
     if (points.size() < 2)
         return Error{"its curve has " + std::to_string(points.size()) + " points and needs two or more"};
-    LifeCurve curve;
+    std::vector<double> logCycles, logAmplitudes;
     for (std::size_t i = 0; i < points.size(); ++i) {
         const CurvePoint& point = points[i];
         const std::string which = "point " + std::to_string(i + 1) + " of its curve ";
@@ -42,13 +59,13 @@ Result<LifeCurve> LifeCurve::table(std::span<const CurvePoint> points) {
             return Error{which + "must have more cycles than the point before it"};
         if (i > 0 && point.amplitude > points[i - 1].amplitude)
             return Error{which + "must not have a larger amplitude than the point before it"};
-        curve.logCycles_.push_back(std::log(point.cycles));
-        curve.logAmplitudes_.push_back(std::log(point.amplitude));
+        logCycles.push_back(std::log(point.cycles));
+        logAmplitudes.push_back(std::log(point.amplitude));
     }
-    return curve;
+    return LifeCurve(std::move(logCycles), std::move(logAmplitudes));
 }
 
-double LifeCurve::cyclesToFailure(double amplitude) const {
+double LifeCurve::solveCycles(double amplitude) const {
     if (!(amplitude > 0)) return kEndless;
     const double x = std::log(amplitude);
     const auto& axis = logAmplitudes_;

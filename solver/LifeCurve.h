@@ -2,7 +2,9 @@
 
 #include "base/Result.h"
 #include "solver/Definition.h"
+#include "solver/PieceTable.h"
 
+#include <cmath>
 #include <span>
 #include <vector>
 
@@ -21,17 +23,23 @@ class LifeCurve {
     /// stays, the smallest number of cycles counts; below a last pair of one amplitude the life is endless.
     static Result<LifeCurve> table(std::span<const CurvePoint> points);
 
-    /// kFewestCycles or more; infinity for amplitude 0 and below a horizontal end.
-    double cyclesToFailure(double amplitude) const;
+    /// kFewestCycles or more; infinity for amplitude 0 and below a horizontal end. Relative error at most
+    /// PieceTable::kError.
+    double cyclesToFailure(double amplitude) const {
+        const double cycles = table_.at(amplitude);
+        return std::isnan(cycles) ? solveCycles(amplitude) : cycles;
+    }
     /// The amplitude that fails at `cycles` (positive, finite).
     double amplitudeAt(double cycles) const;
 
   private:
-    LifeCurve() = default;
+    LifeCurve(std::vector<double> logCycles, std::vector<double> logAmplitudes);
+    double solveCycles(double amplitude) const;
 
     /// Natural logarithms of the points, two or more; cycles ascend, amplitudes do not ascend.
     std::vector<double> logCycles_;
     std::vector<double> logAmplitudes_;
+    PieceTable table_; ///< of solveCycles, where lives matter
 };
 
 } // namespace solver

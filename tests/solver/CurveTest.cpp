@@ -26,7 +26,7 @@ void expectLookups(const char* name, const Result<LifeCurve>& curve, const std::
         if (std::isinf(cycles))
             EXPECT_EQ(found, cycles) << name << " at " << amplitude;
         else
-            EXPECT_NEAR(found / cycles, 1, 1e-12) << name << " at " << amplitude;
+            EXPECT_NEAR(found / cycles, 1, solver::PieceTable::kError) << name << " at " << amplitude;
     }
 }
 
