@@ -3,6 +3,9 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cerrno>
 
@@ -42,8 +45,9 @@ TEST(ReplaceFile, WithoutCommitTheOldFileStays) {
 
 TEST(ReplaceFile, FailedCommitNamesTheTarget) {
     const TemporaryFolder folder;
-    ReplacedFile unwritten(folder / "file");
-    const auto missing = unwritten.commit();
+    ReplacedFile vanished(folder / "file");
+    fs::remove(vanished.temporaryPath());
+    const auto missing = vanished.commit();
     ASSERT_FALSE(missing);
     EXPECT_EQ(missing.error().message,
               "cannot write " + (folder / "file").string() + ": No such file or directory");
@@ -71,6 +75,77 @@ TEST(ReplaceFile, ALinkStaysALink) {
     ASSERT_TRUE(file.commit());
     EXPECT_TRUE(fs::is_symlink(folder / "link"));
     EXPECT_EQ(bytesOf(folder / "real"), "new");
+}
+
+TEST(ReplaceFile, UnderAFreeNameNothingIsReplaced) {
+    const TemporaryFolder folder;
+    const char* expected[] = {"a_Static.lmop", "a_Static~2.lmop", "a_Static~3.lmop"};
+    for (const char* name : expected) {
+        ReplacedFile file(folder / "a_Static.lmop");
+        writeBytes(file.temporaryPath(), name);
+        const auto committed = file.commitUnderFreeName();
+        ASSERT_TRUE(committed) << committed.error().message;
+        EXPECT_EQ(*committed, folder / name);
+        EXPECT_FALSE(isAbandoned(*committed)) << "it stays locked as long as the object lives";
+    }
+    for (const char* name : expected)
+        EXPECT_EQ(bytesOf(folder / name), name);
+    ReplacedFile nowhere(folder / "missing" / "a.lmop");
+    EXPECT_FALSE(nowhere.commitUnderFreeName());
+}
+
+TEST(ReplaceFile, TemporaryNames) {
+    const struct {
+        const char* name;
+        bool temporary;
+    } rows[] = {
+        {"a.wkm.vexa-part-12-1", true},
+        {"a.vexa-part-1-1.wkm.vexa-part-12-1", true},
+        {"a.wkm", false},
+        {"a.wkm.vexa-part-", false},
+        {"a.wkm.part-12", false},
+        {"a.wkm.vexa-part-12-1.txt", false},
+        {".vexa-part-12-1", false},
+        {"a.wkm.vexa-part-x", false},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(isTemporaryName(row.name), row.temporary) << row.name;
+}
+
+TEST(ReplaceFile, LeftoversOfEndedProgramsGoAndThoseOfLivingOnesStay) {
+    const TemporaryFolder folder;
+    fs::path names[2];
+    for (const bool killed : {true, false}) {
+        int ready[2];
+        ASSERT_EQ(::pipe(ready), 0);
+        const pid_t child = ::fork();
+        if (child == 0) {
+            const ReplacedFile file(folder / "a.wkm");
+            const std::string name = file.temporaryPath().string();
+            const bool told = ::write(ready[1], name.data(), name.size()) > 0;
+            if (!killed) ::pause();
+            ::_exit(told ? 0 : 1); // no destructor: as if it were killed
+        }
+        char name[4096];
+        const auto length = ::read(ready[0], name, sizeof name);
+        ASSERT_GT(length, 0);
+        names[killed] = std::string(name, static_cast<std::size_t>(length));
+        if (killed) ::waitpid(child, nullptr, 0);
+        EXPECT_TRUE(fs::exists(names[killed]));
+        EXPECT_EQ(isAbandoned(names[killed]), killed);
+        if (killed) continue;
+        writeBytes(folder / "b.part-77", "somebody else's");
+        { const ReplacedFile next(folder / "b"); }
+        EXPECT_FALSE(fs::exists(names[true]));
+        EXPECT_TRUE(fs::exists(names[false]));
+        EXPECT_TRUE(fs::exists(folder / "b.part-77"));
+        ::kill(child, SIGKILL);
+        ::waitpid(child, nullptr, 0);
+        { const ReplacedFile next(folder / "c"); }
+        EXPECT_FALSE(fs::exists(names[false]));
+        ::close(ready[0]);
+        ::close(ready[1]);
+    }
 }
 
 TEST(ReplaceFile, SystemErrorText) {

@@ -6,6 +6,7 @@
 #include "workbench/document/MeshCheck.h"
 
 #include <algorithm>
+#include <functional>
 #include <new>
 #include <optional>
 #include <system_error>
@@ -164,9 +165,8 @@ Result<void> writeNewFile(const fs::path& path, const MeshData& mesh, DocumentRo
 Result<void> replaceWhole(const fs::path& path, const MeshData& mesh, DocumentRows& rows) {
     addMeshSummary(mesh, rows);
     ReplacedFile file(path);
-    std::error_code error;
-    fs::remove(file.temporaryPath(), error);
     if (auto written = writeNewFile(file.temporaryPath(), mesh, rows); !written) return written;
+    std::error_code error;
     const auto status = fs::status(path, error);
     if (fs::exists(status)) fs::permissions(file.temporaryPath(), status.permissions(), error);
     // What a killed program left beside an earlier file must not be applied to the new one.
@@ -179,8 +179,11 @@ Result<void> replaceWhole(const fs::path& path, const MeshData& mesh, DocumentRo
     return file.commit();
 }
 
-/// Saves over the very file that the database was read from or last written to.
-Result<void> saveOverOrigin(ModelDatabase::State& state, DocumentRows& rows) {
+/// Saves over the very file that the database was read from or last written to. `whileLocked` is called
+/// before, when it is certain that the file is still the one that the database knows, and may change the
+/// database.
+Result<void> saveOverOrigin(ModelDatabase::State& state, DocumentRows& rows,
+                            const std::function<void()>& whileLocked) {
     auto target = LockedTarget::lock(state.origin.path);
     if (!target) return target.error();
     if (!*target) return Error{"it was damaged since it was opened; save under another name"};
@@ -190,6 +193,8 @@ Result<void> saveOverOrigin(ModelDatabase::State& state, DocumentRows& rows) {
     if (auto checked = checkContent(*before); !checked) return checked;
     if (before->checksum != state.origin.checksum)
         return Error{"another program has changed it since it was opened; save under another name"};
+    if (whileLocked) whileLocked();
+    rows = rowsOf(state);
     if (state.meshVersion != state.origin.meshVersion)
         return replaceWhole(state.origin.path, state.mesh, rows);
     for (const char* name : {"node_count", "element_count", "element_node_count", "bounds"})
@@ -201,7 +206,8 @@ Result<void> saveOverOrigin(ModelDatabase::State& state, DocumentRows& rows) {
 }
 
 /// Saves where something else, or nothing, stands.
-Result<void> saveElsewhere(const ModelDatabase::State& state, const fs::path& path, DocumentRows& rows) {
+Result<void> saveElsewhere(ModelDatabase::State& state, const fs::path& path, DocumentRows& rows) {
+    rows = rowsOf(state);
     std::error_code error;
     const auto status = fs::status(path, error);
     if (!fs::exists(status)) return replaceWhole(path, state.mesh, rows);
@@ -212,14 +218,16 @@ Result<void> saveElsewhere(const ModelDatabase::State& state, const fs::path& pa
     return replaceWhole(path, state.mesh, rows);
 }
 
-Result<void> save(ModelDatabase::State& state, const fs::path& path) {
+Result<void> save(ModelDatabase::State& state, const fs::path& path,
+                  const std::function<void()>& whileLocked) {
     if (state.journal.isOpen()) return Error{"a transaction is open; commit it or roll it back first"};
     if (!state.meshIsLoaded)
         return Error{"the document was opened without its mesh; open it whole to save it"};
-    DocumentRows rows = rowsOf(state);
+    DocumentRows rows;
     std::error_code error;
     const bool isOrigin = path == state.origin.path && fs::exists(path, error);
-    auto saved = isOrigin ? saveOverOrigin(state, rows) : saveElsewhere(state, path, rows);
+    if (whileLocked && !isOrigin) return Error{"it is not the file that the document was last saved to"};
+    auto saved = isOrigin ? saveOverOrigin(state, rows, whileLocked) : saveElsewhere(state, path, rows);
     if (!saved) return saved;
     state.origin = {path, contentChecksum(rows), state.meshVersion};
     state.journal.markSaved();
@@ -227,6 +235,18 @@ Result<void> save(ModelDatabase::State& state, const fs::path& path) {
 }
 
 } // namespace
+
+Result<void> checkSavable(const ModelDatabase& database) {
+    const DocumentOrigin& origin = database.state().origin;
+    auto lockable = [&]() -> Result<void> {
+        auto target = LockedTarget::lock(origin.path);
+        if (!target) return target.error();
+        if (!*target) return Error{"it was damaged since it was opened"};
+        return {};
+    }();
+    if (!lockable) return Error{"cannot save " + origin.path.string() + ": " + lockable.error().message};
+    return {};
+}
 
 Result<std::unique_ptr<ModelDatabase>> openDocument(const fs::path& path) {
     return open(path, nullptr);
@@ -237,7 +257,12 @@ Result<std::unique_ptr<ModelDatabase>> openDocumentRecords(const fs::path& path,
 }
 
 Result<void> saveDocument(ModelDatabase& database, const fs::path& path) {
-    auto saved = save(database.state(), resolved(path));
+    return saveDocument(database, path, {});
+}
+
+Result<void> saveDocument(ModelDatabase& database, const fs::path& path,
+                          const std::function<void()>& whileLocked) {
+    auto saved = save(database.state(), resolved(path), whileLocked);
     if (!saved) return Error{"cannot save " + path.string() + ": " + saved.error().message};
     return {};
 }

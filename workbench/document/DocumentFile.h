@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -33,5 +34,15 @@ Result<std::unique_ptr<ModelDatabase>> openDocumentRecords(const std::filesystem
 /// `database` was read from or last saved to, it writes only what changed as long as the mesh did not, and
 /// refuses to when another program has changed the file since. Refused, too, in an open transaction.
 Result<void> saveDocument(ModelDatabase& database, const std::filesystem::path& path);
+
+/// Likewise over the file that `database` came from, and over no other. `whileLocked` is called before
+/// anything is written, when the file is locked against other writers and known to be unchanged; what it
+/// changes in the database is saved.
+Result<void> saveDocument(ModelDatabase& database, const std::filesystem::path& path,
+                          const std::function<void()>& whileLocked);
+
+/// Whether the file that `database` came from could be saved to now: for whoever is about to work long for a
+/// save at the end.
+Result<void> checkSavable(const ModelDatabase& database);
 
 } // namespace workbench
