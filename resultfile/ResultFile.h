@@ -100,6 +100,10 @@ class Writer {
 
     /// Closes the file, flushes it to the disk and gives it its name.
     Result<void> commit();
+    /// Likewise, but replaces nothing: where a file stands under that name, the new one gets "~2", "~3", ...
+    /// before its extension. Answers the name. As long as the writer lives, other programs of ours see the
+    /// file as being worked on (isAbandoned is false).
+    Result<std::filesystem::path> commitUnderFreeName();
 
   private:
     explicit Writer(std::unique_ptr<State> state);

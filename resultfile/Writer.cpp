@@ -122,6 +122,8 @@ struct Writer::State {
     Result<void> finish(OpenTable& table);
     Result<void> endStep();
     Result<void> endCase();
+    Result<void> complete();
+    Error failInCommit(const Error& error);
     void closeFile();
     void abandon();
 
@@ -477,26 +479,43 @@ Result<void> Writer::Table::append(std::span<const float> values) {
     return state_->append(index_, values);
 }
 
+/// Everything but the name.
+Result<void> Writer::State::complete() {
+    if (failure) return *failure;
+    if (!hasMesh) return fail("the mesh is missing");
+    if (auto ended = endCase(); !ended) return ended;
+    if (!settleMembers(file.get(), kPendingCases, pendingCases, caseNames.size(), file.get(), layout::kCases))
+        return failInHdf5("the cases");
+    if (auto written = writeTexts(); !written) return written;
+    closeFile();
+    if (!file.reset() || !sink->close() || sink->fault()) return failInHdf5("closing");
+    return {};
+}
+
+Error Writer::State::failInCommit(const Error& error) {
+    failure = error;
+    abandon();
+    return error;
+}
+
 Result<void> Writer::commit() {
     State& s = *state_;
-    if (s.failure) return *s.failure;
     const Session session;
-    if (!s.hasMesh) return s.fail("the mesh is missing");
-    if (auto ended = s.endCase(); !ended) return ended;
-    if (!settleMembers(s.file.get(), kPendingCases, s.pendingCases, s.caseNames.size(), s.file.get(),
-                       layout::kCases))
-        return s.failInHdf5("the cases");
-    if (auto written = s.writeTexts(); !written) return written;
-    s.closeFile();
-    if (!s.file.reset() || !s.sink->close() || s.sink->fault()) return s.failInHdf5("closing");
-    if (auto committed = s.replaced->commit(); !committed) {
-        s.failure = committed.error();
-        s.abandon();
-        return *s.failure;
-    }
+    if (auto completed = s.complete(); !completed) return completed;
+    if (auto committed = s.replaced->commit(); !committed) return s.failInCommit(committed.error());
     s.abandon();
     s.failure = Error{s.target.string() + " is complete: nothing more can be written"};
     return {};
+}
+
+Result<std::filesystem::path> Writer::commitUnderFreeName() {
+    State& s = *state_;
+    const Session session;
+    if (auto completed = s.complete(); !completed) return completed.error();
+    auto committed = s.replaced->commitUnderFreeName();
+    if (!committed) return s.failInCommit(committed.error());
+    s.failure = Error{committed->string() + " is complete: nothing more can be written"};
+    return committed;
 }
 
 } // namespace resultfile

@@ -137,6 +137,16 @@ int ModelDatabase::removeResultFile(ItrKey key) {
     return 1;
 }
 
+int ModelDatabase::renameResultFile(ItrKey key, const std::string& path) {
+    State& s = *m_state;
+    const auto found = std::find_if(s.resultFiles.begin(), s.resultFiles.end(),
+                                    [key](const ResultFileRecord& file) { return file.key == key; });
+    if (!s.journal.isOpen() || path.empty() || found == s.resultFiles.end()) return 0;
+    s.journal.note([&s, before = s.resultFiles] { s.resultFiles = before; });
+    found->path = path;
+    return 1;
+}
+
 int ModelDatabase::beginTransaction(const std::wstring& title) {
     return m_state->journal.begin(title);
 }

@@ -55,6 +55,8 @@ class ModelDatabase final : public CQMDBSession {
     /// registered under the analysis before goes first. 0 on failure.
     ItrKey addResultFile(ItrKey analysisKey, const std::string& path, std::uint32_t keyCount, bool replace);
     int removeResultFile(ItrKey key); ///< needs an open transaction
+    /// The registered file stands under another name now; needs an open transaction.
+    int renameResultFile(ItrKey key, const std::string& path);
 
     int beginTransaction(const std::wstring& title);
     int commitTransaction();

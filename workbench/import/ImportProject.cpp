@@ -1,8 +1,7 @@
 #include "workbench/import/ImportProject.h"
 
 #include "host/ElementTypes.h"
-#include "workbench/document/DocumentFile.h"
-#include "workbench/import/FileSet.h"
+#include "workbench/document/Publication.h"
 #include "workbench/import/InpReader.h"
 #include "workbench/import/ModelBuilder.h"
 #include "workbench/import/ProjectReferences.h"
@@ -19,7 +18,8 @@ class ProjectImport {
   public:
     ProjectImport(const std::filesystem::path& modelPath, const ImportProgress& progress)
         : modelPath_(modelPath)
-        , progress_(progress) {}
+        , progress_(progress)
+        , publication_(modelPath) {}
 
     Result<ImportReport> run(const std::filesystem::path& deckPath) {
         auto deck = readProjectDeck(deckPath);
@@ -127,12 +127,20 @@ class ProjectImport {
             return set;
         auto window = TextWindow::openFile(analysis.results);
         if (!window) return window.error();
-        ResultImport import(
-            *writer, {mesh.nodeNumbers, mesh.elementNumbers, solverDecks_.front().leftOutElements},
-            solverDecks_[index].steps, analysis.cases, analysis.results.string(), [&](double part) {
-                tell("Reading " + analysis.results.filename().string(),
-                     (static_cast<double>(index) + part) / static_cast<double>(deck_.analyses.size()));
-            });
+        const ResultMesh resultMesh{mesh.nodeNumbers,
+                                    mesh.nodePositions,
+                                    mesh.elementNumbers,
+                                    mesh.elementTypes,
+                                    solverDecks_.front().elementFamilies,
+                                    mesh.elementNodeOffsets,
+                                    mesh.elementNodes,
+                                    solverDecks_.front().leftOutElements};
+        ResultImport import(*writer, resultMesh, solverDecks_[index].steps, analysis.cases,
+                            analysis.results.string(), [&](double part) {
+                                tell("Reading " + analysis.results.filename().string(),
+                                     (static_cast<double>(index) + part) /
+                                         static_cast<double>(deck_.analyses.size()));
+                            });
         auto read = readFrd(*window, import);
         if (read) read = import.finish();
         if (!read) return Error{read.error().message + solverLastWords(analysis.results)};
@@ -155,9 +163,13 @@ class ProjectImport {
             std::size_t keyCount = imported.cases.size();
             for (const ImportedCase& one : imported.cases)
                 keyCount += one.steps.size();
-            const std::u8string file = imported.resultFile.filename().u8string();
-            if (database_.addResultFile(*key, std::string(file.begin(), file.end()),
-                                        static_cast<std::uint32_t>(keyCount), true) == 0)
+            const auto file = writers_[i].commitUnderFreeName();
+            if (!file) return file.error();
+            const std::u8string name = file->filename().u8string();
+            const ItrKey registration = database_.addResultFile(*key, std::string(name.begin(), name.end()),
+                                                                static_cast<std::uint32_t>(keyCount), true);
+            publication_.add(registration, *file, imported.resultFile);
+            if (registration == 0)
                 return Error{"the document does not take the result file " + imported.resultFile.string()};
         }
         if (auto added = addFatigueRecords(deck_, keys, database_); !added) return added;
@@ -171,13 +183,9 @@ class ProjectImport {
 
     Result<void> saveAll() {
         tell("Saving " + modelPath_.filename().string(), 1);
-        FileSet files;
-        for (std::size_t i = 0; i < writers_.size(); ++i)
-            if (auto done = files.add(report_.analyses[i].resultFile, [&] { return writers_[i].commit(); });
-                !done)
-                return done;
-        if (auto saved = saveDocument(database_, modelPath_); !saved) return saved;
-        files.keep();
+        if (auto published = publication_.commit(database_); !published) return published;
+        for (std::size_t i = 0; i < report_.analyses.size(); ++i)
+            report_.analyses[i].resultFile = publication_.file(i);
         return {};
     }
 
@@ -187,7 +195,8 @@ class ProjectImport {
     std::vector<SolverDeck> solverDecks_;
     ModelDatabase database_;
     std::vector<std::int32_t> cornerCounts_;
-    std::vector<resultfile::Writer> writers_; ///< one an analysis, all but committed
+    std::vector<resultfile::Writer> writers_; ///< one an analysis, which mark its file as worked on
+    Publication publication_;
     ImportReport report_;
 };
 

@@ -157,7 +157,7 @@ TEST(SetMesh, RefusesWhatDoesNotHoldTogether) {
         {"offsets descend", [](auto& m) { m.elementNodeOffsets[1] = 4000000000u; }, "element 10 of type 11"},
         {"node index too large", [](auto& m) { m.elementNodes[9] = 12; },
          "element 11 refers to node index 12"},
-        {"unknown type", [](auto& m) { m.elementTypes[1] = 16; }, "element 11 has the unknown type 16"},
+        {"unknown type", [](auto& m) { m.elementTypes[1] = 99; }, "element 11 has the unknown type 99"},
         {"type with other nodes", [](auto& m) { m.elementTypes[0] = 8; },
          "element 10 of type 8 does not have its 4"},
         {"unknown property", [](auto& m) { m.elementPropertyKeys[1] = 77; },
