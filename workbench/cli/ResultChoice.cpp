@@ -1,24 +1,151 @@
 #include "workbench/cli/ResultChoice.h"
 
+#include "framework/text/CodePage.h"
+#include "workbench/import/Names.h"
+#include "workbench/results/Catalogue.h"
 #include "workbench/results/ResultQuery.h"
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
+#include <charconv>
+#include <optional>
+
 namespace workbench::cli {
+namespace {
+
+template <class T>
+std::vector<std::string> namesOf(const std::vector<T*>& children) {
+    std::vector<std::string> names;
+    for (T* child : children)
+        names.push_back(framework::toUtf8(child->GetName()));
+    return names;
+}
+
+/// The only child for an empty name, else the one of that name; null for none.
+template <class T>
+T* childOf(const std::vector<T*>& children, const std::string& name) {
+    if (name.empty()) return children.size() == 1 ? children.front() : nullptr;
+    const auto found =
+        std::ranges::find(children, framework::fromUtf8(name), [](T* child) { return child->GetName(); });
+    return found == children.end() ? nullptr : *found;
+}
+
+/// ", did you mean ...?" for the first of the three names that does not exist.
+std::string suggestionFor(CPOHManager& results, const ResultChoice& choice) {
+    const auto& analyses = results.GetChildList();
+    CPOHAnalysis* analysis = childOf(analyses, choice.analysis);
+    if (!analysis) return suggestion(choice.analysis, namesOf(analyses));
+    CPOHCase* resultCase = childOf(analysis->GetChildList(), choice.caseName);
+    if (!resultCase) return suggestion(choice.caseName, namesOf(analysis->GetChildList()));
+    return suggestion(choice.step, namesOf(resultCase->GetVCaseList()));
+}
+
+std::optional<std::size_t> asNumber(const std::string& text) {
+    std::size_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+    return number;
+}
+
+/// The step of that number, counted from 1, where no step has the number as its name.
+CPOHVCase* stepByNumber(CPOHManager& results, const ResultChoice& choice) {
+    const auto number = asNumber(choice.step);
+    CPOHAnalysis* analysis = childOf(results.GetChildList(), choice.analysis);
+    CPOHCase* resultCase = number && analysis ? childOf(analysis->GetChildList(), choice.caseName) : nullptr;
+    if (!resultCase) return nullptr;
+    const auto& steps = resultCase->GetVCaseList();
+    return *number >= 1 && *number <= steps.size() ? steps[*number - 1] : nullptr;
+}
+
+std::vector<std::string> wordsOf(const std::string& text) {
+    std::vector<std::string> words;
+    std::string word;
+    for (const char c : upperCase(text) + " ") {
+        if (c != ' ') {
+            word += c;
+        } else if (!word.empty()) {
+            words.push_back(std::move(word));
+            word.clear();
+        }
+    }
+    return words;
+}
+
+bool hasWords(const std::string& name, const std::vector<std::string>& words) {
+    const std::vector<std::string> own = wordsOf(name);
+    return std::ranges::all_of(words, [&](const std::string& word) {
+        return std::ranges::any_of(own, [&](const std::string& w) { return w.starts_with(word); });
+    });
+}
+
+/// The names and what remains of them without their first words, as a person would shorten them.
+std::vector<std::string> withShortForms(const std::vector<std::string>& names) {
+    std::vector<std::string> forms = names;
+    for (const std::string& name : names)
+        for (std::size_t blank = name.find(' '); blank != std::string::npos;
+             blank = name.find(' ', blank + 1))
+            forms.push_back(name.substr(blank + 1));
+    return forms;
+}
+
+} // namespace
 
 void ResultChoice::addTo(CLI::App& command) {
     command.add_option("model", model, "Document (.wkm)")->required();
     command.add_option("--analysis", analysis, "Analysis by name")->required();
     command.add_option("--case", caseName, "Case by name (default: the only one)");
-    command.add_option("--step", step, "Step by name (default: the last)");
-    command.add_option("--component", component, "Identifier of the component, as `vexa info` lists them")
+    command.add_option("--step", step, "Step by name, or by its number in the case (default: the last)");
+    command
+        .add_option(
+            "--component", component,
+            "Component by identifier or name, as `vexa info` lists them; words that only one has will do")
         ->required();
 }
 
+Result<CPOHVCase*> ResultChoice::findStep(Document& document) const {
+    auto found = workbench::findStep(document.results(), analysis, caseName, step);
+    if (found) return found;
+    if (CPOHVCase* numbered = stepByNumber(document.results(), *this)) return numbered;
+    return Error{found.error().message + suggestionFor(document.results(), *this)};
+}
+
 Result<CVResult*> ResultChoice::find(Document& document) const {
-    auto found = findStep(document.results(), analysis, caseName, step);
+    const auto found = findStep(document);
     if (!found) return found.error();
-    return findTable(**found, component);
+    const auto id = componentOf(**found, component);
+    if (!id) return id.error();
+    return findTable(**found, *id);
+}
+
+Result<unsigned> componentOf(CPOHVCase& step, const std::string& text) {
+    if (const auto number = asNumber(text)) return static_cast<unsigned>(std::min<std::size_t>(*number, ~0u));
+    const std::vector<std::string> words = wordsOf(text);
+    std::vector<unsigned> matches;
+    std::vector<std::string> names;
+    std::string known, several;
+    for (const unsigned id : step.GetResultIds()) {
+        const std::string listed =
+            " " + std::to_string(id) + " (" + componentName(id, Language::English) + ")";
+        known += listed;
+        if (sourceOfAlias(id) != 0) continue; // the same values by another number
+        for (const Language language : {Language::English, Language::Korean}) {
+            const std::string name = componentName(id, language);
+            if (equalIgnoringCase(name, text)) return id;
+            names.push_back(name);
+            if (words.empty() || !hasWords(name, words)) continue;
+            if (!matches.empty() && matches.back() == id) continue; // by its other name too
+            matches.push_back(id);
+            several += listed;
+        }
+    }
+    if (matches.size() == 1) return matches.front();
+    const std::string owner = "step \"" + framework::toUtf8(step.GetName()) + "\" of case \"" +
+                              framework::toUtf8(step.GetCase()->GetName()) + "\"";
+    if (!matches.empty())
+        return Error{"\"" + text + "\" fits several components of " + owner + ": choose one of" + several};
+    return Error{owner + " has no component \"" + text + "\"" + suggestion(text, withShortForms(names)) +
+                 "; it has" + known};
 }
 
 } // namespace workbench::cli

@@ -17,10 +17,20 @@ struct ResultChoice {
     std::string analysis;
     std::string caseName;
     std::string step;
-    unsigned component = 0;
+    std::string component;
 
     void addTo(CLI::App& command);
+
+    /// The step that is named, or the one of that number in its case. A name that does not exist is answered
+    /// with those that do.
+    Result<CPOHVCase*> findStep(Document& document) const;
+
+    /// The table of the component of that step.
     Result<CVResult*> find(Document& document) const;
 };
+
+/// The component of a step that a person means: its identifier, or its name in English or Korean, of which a
+/// part will do when no other component has it. Upper and lower case are the same.
+Result<unsigned> componentOf(CPOHVCase& step, const std::string& text);
 
 } // namespace workbench::cli

@@ -64,7 +64,7 @@ class TableCommand final : public Command {
         const CVResultLease lease(*table);
         if (!lease) return kFailed; // the cause was reported
 
-        const unsigned id = choice_.component;
+        const unsigned id = (*table)->GetId();
         const ComponentName* component = findComponent(id);
         const int unitKind = component ? component->unitKind : UnitKind::None;
         const std::string unit = unitLabel(unitKind, host.currentUnits());

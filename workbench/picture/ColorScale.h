@@ -18,6 +18,9 @@ class ColorScale {
 
     std::string_view name;
     std::span<const std::array<float, 3>> anchors; ///< sRGB, 0 to 1
+    bool diverging;                                ///< its middle stands for the value zero
+    Rgb below, above;                              ///< of values beyond the ends of a given range
+    Rgb noValue;
 };
 
 } // namespace workbench

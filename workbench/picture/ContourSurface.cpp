@@ -45,14 +45,13 @@ struct FaceSide {
 
 class Builder {
   public:
-    Builder(std::span<const std::array<double, 3>> nodePositions, std::span<const float> values,
-            const ScaleLevels& levels)
-        : nodePositions_(nodePositions)
-        , values_(values)
+    Builder(const SurfaceInput& input, const ScaleLevels& levels)
+        : input_(input)
         , levels_(levels)
-        , vertexOfNode_(nodePositions.size(), kNone) {}
+        , vertexOfNode_(input.positions.size(), kNone) {}
 
     ContourSurface build(const SurfaceFaces& surface) {
+        result_.restOutline = input_.restOutline && !input_.restPositions.empty();
         placeCenter(surface);
         const std::size_t faceCount = surface.faces.size();
         result_.triangles.reserve(faceCount * 4);
@@ -60,9 +59,11 @@ class Builder {
         sides_.reserve(faceCount * 4);
         for (const SurfaceFace& face : surface.faces)
             addFace(face);
-        for (const auto& segment : surface.segments)
+        for (const SurfaceSegment& segment : surface.segments)
             addSegment(segment);
-        addFeatureEdges();
+        for (const SurfaceDot& dot : surface.dots)
+            addDot(dot);
+        addEdges();
         return std::move(result_);
     }
 
@@ -70,20 +71,26 @@ class Builder {
     void placeCenter(const SurfaceFaces& surface) {
         constexpr double infinity = std::numeric_limits<double>::infinity();
         Vector3 low{infinity, infinity, infinity}, high{-infinity, -infinity, -infinity};
-        const auto include = [&](std::uint32_t node) {
+        const auto includePlace = [&](const std::array<double, 3>& place) {
             for (std::size_t i = 0; i < 3; ++i) {
-                low[i] = std::min(low[i], nodePositions_[node][i]);
-                high[i] = std::max(high[i], nodePositions_[node][i]);
+                low[i] = std::min(low[i], place[i]);
+                high[i] = std::max(high[i], place[i]);
             }
+        };
+        const auto include = [&](std::uint32_t node) {
+            includePlace(input_.positions[node]);
+            if (result_.restOutline) includePlace(input_.restPositions[node]);
         };
         for (const SurfaceFace& face : surface.faces)
             for (std::size_t i = 0; i < face.cornerCount; ++i) {
                 include(face.corners[i]);
                 if (face.quadratic) include(face.middles[i]);
             }
-        for (const auto& segment : surface.segments)
-            for (const std::uint32_t node : segment)
+        for (const SurfaceSegment& segment : surface.segments)
+            for (const std::uint32_t node : segment.nodes)
                 include(node);
+        for (const SurfaceDot& dot : surface.dots)
+            include(dot.node);
         if (low[0] > high[0]) return;
         Vector3 half;
         for (std::size_t i = 0; i < 3; ++i) {
@@ -96,13 +103,19 @@ class Builder {
             result_.extent[i] = 2.0 * (half[i] / result_.unit);
     }
 
+    Float3 placed(const std::array<double, 3>& position) const {
+        const Vector3 at = result_.toSurface(position);
+        return {static_cast<float>(at[0]), static_cast<float>(at[1]), static_cast<float>(at[2])};
+    }
+
     std::uint32_t vertexOf(std::uint32_t node) {
         std::uint32_t& vertex = vertexOfNode_[node];
         if (vertex != kNone) return vertex;
-        const Vector3 at = result_.toSurface(nodePositions_[node]);
-        const double place = std::clamp(levels_.positionOf(values_[node]), -kFarthestPlace, kFarthestPlace);
-        vertex = addVertex({static_cast<float>(at[0]), static_cast<float>(at[1]), static_cast<float>(at[2])},
-                           static_cast<float>(place));
+        const double place =
+            std::clamp(levels_.positionOf(input_.values[node]), -kFarthestPlace, kFarthestPlace);
+        if (!input_.restPositions.empty())
+            result_.restPositions.push_back(placed(input_.restPositions[node]));
+        vertex = addVertex(placed(input_.positions[node]), static_cast<float>(place));
         return vertex;
     }
 
@@ -110,6 +123,11 @@ class Builder {
         result_.positions.push_back(position);
         result_.scalePositions.push_back(scalePosition);
         return static_cast<std::uint32_t>(result_.positions.size() - 1);
+    }
+
+    /// Where the model's own shape is seen.
+    const std::vector<Float3>& restPlaces() const {
+        return result_.restPositions.empty() ? result_.positions : result_.restPositions;
     }
 
     void addFace(const SurfaceFace& face) {
@@ -124,7 +142,8 @@ class Builder {
         const auto rim = std::span(ring).first(n * stride);
         if (face.quadratic) fillMiddles(rim);
         addSides(rim, stride);
-        auto& triangles = hasValues(rim) ? result_.triangles : result_.greyTriangles;
+        if (isMarked(face.element)) addMarkedPart(face.element, rim, true);
+        auto& triangles = hasValues(face.element, rim) ? result_.triangles : result_.greyTriangles;
         if (n == 4) {
             const std::uint32_t middle = addMiddleOf(rim, face.quadratic);
             for (std::size_t i = 0; i < rim.size(); ++i)
@@ -146,29 +165,33 @@ class Builder {
                 places[rim[i]] = 0.5f * (places[rim[i - 1]] + places[rim[(i + 1) % rim.size()]]);
     }
 
-    bool hasValues(std::span<const std::uint32_t> rim) const {
+    bool hasValues(std::uint32_t element, std::span<const std::uint32_t> vertices) const {
+        if (!input_.valuedElements.empty() && input_.valuedElements[element] == 0) return false;
         return std::ranges::none_of(
-            rim, [this](std::uint32_t vertex) { return std::isnan(result_.scalePositions[vertex]); });
+            vertices, [this](std::uint32_t vertex) { return std::isnan(result_.scalePositions[vertex]); });
     }
 
     /// Shape functions of the four- and eight-node quadrilateral in their middle: 1/4 a corner; or -1/4 a
     /// corner and 1/2 a mid node.
     std::uint32_t addMiddleOf(std::span<const std::uint32_t> rim, bool quadratic) {
-        Float3 position{};
+        Float3 position{}, rest{};
         float place = 0.0f;
         for (std::size_t i = 0; i < rim.size(); ++i) {
             const float weight = !quadratic ? 0.25f : (i % 2 == 0 ? -0.25f : 0.5f);
-            for (std::size_t c = 0; c < 3; ++c)
+            for (std::size_t c = 0; c < 3; ++c) {
                 position[c] += weight * result_.positions[rim[i]][c];
+                rest[c] += weight * restPlaces()[rim[i]][c];
+            }
             place += weight * result_.scalePositions[rim[i]];
         }
+        if (!result_.restPositions.empty()) result_.restPositions.push_back(rest);
         return addVertex(position, place);
     }
 
     void addSides(std::span<const std::uint32_t> rim, std::size_t stride) {
         const auto face = static_cast<std::uint32_t>(normals_.size());
         const auto corner = [&](std::size_t i) { return rim[i * stride % rim.size()]; };
-        const auto& at = result_.positions;
+        const auto& at = restPlaces();
         const bool triangle = rim.size() == 3 * stride;
         normals_.push_back(triangle ? normalOf(at[corner(0)], at[corner(0)], at[corner(1)], at[corner(2)])
                                     : normalOf(at[corner(0)], at[corner(1)], at[corner(2)], at[corner(3)]));
@@ -180,9 +203,34 @@ class Builder {
         }
     }
 
-    void addSegment(const std::array<std::uint32_t, 2>& nodes) {
-        const std::array<std::uint32_t, 2> segment{vertexOf(nodes[0]), vertexOf(nodes[1])};
-        (hasValues(segment) ? result_.segments : result_.greySegments).push_back(segment);
+    void addSegment(const SurfaceSegment& segment) {
+        const std::array<std::uint32_t, 2> ends{vertexOf(segment.nodes[0]), vertexOf(segment.nodes[1])};
+        if (isMarked(segment.element)) addMarkedPart(segment.element, ends, false);
+        (hasValues(segment.element, ends) ? result_.segments : result_.greySegments).push_back(ends);
+    }
+
+    void addDot(const SurfaceDot& dot) {
+        const std::array<std::uint32_t, 1> vertex{vertexOf(dot.node)};
+        if (isMarked(dot.element)) addMarkedPart(dot.element, vertex, false);
+        (hasValues(dot.element, vertex) ? result_.dots : result_.greyDots).push_back(vertex);
+    }
+
+    bool isMarked(std::uint32_t element) const {
+        return !input_.markedElements.empty() && std::ranges::binary_search(input_.markedElements, element);
+    }
+
+    void addMarkedPart(std::uint32_t element, std::span<const std::uint32_t> rim, bool closed) {
+        MarkedPart part{element, {}, {}};
+        for (const std::uint32_t vertex : rim)
+            for (std::size_t c = 0; c < 3; ++c)
+                part.middle[c] += result_.positions[vertex][c] / static_cast<double>(rim.size());
+        if (closed) {
+            const Float3& n = normals_.back();
+            part.outward = {n[0], n[1], n[2]};
+            for (std::size_t i = 0; i < rim.size(); ++i)
+                result_.markedEdges.push_back({rim[i], rim[(i + 1) % rim.size()]});
+        }
+        result_.markedParts.push_back(part);
     }
 
     bool bends(const FaceSide& a, const FaceSide& b) const {
@@ -193,7 +241,7 @@ class Builder {
         return (a.reversed != b.reversed ? cosine : -cosine) < kFeatureCosine;
     }
 
-    void addFeatureEdges() {
+    void addEdges() {
         std::ranges::sort(sides_, [](const FaceSide& a, const FaceSide& b) {
             return a.low != b.low ? a.low < b.low : a.high < b.high;
         });
@@ -201,22 +249,24 @@ class Builder {
             std::size_t end = i + 1;
             while (end < sides_.size() && sides_[end].sameEdge(sides_[i]))
                 ++end;
-            if (end - i != 2 || bends(sides_[i], sides_[i + 1])) addEdge(sides_[i]);
+            if (end - i != 2 || bends(sides_[i], sides_[i + 1]))
+                addEdge(sides_[i], result_.featureEdges);
+            else if (input_.meshEdges)
+                addEdge(sides_[i], result_.meshEdges);
             i = end;
         }
     }
 
-    void addEdge(const FaceSide& side) {
+    static void addEdge(const FaceSide& side, std::vector<std::array<std::uint32_t, 2>>& edges) {
         if (side.middle == kNone) {
-            result_.featureEdges.push_back({side.low, side.high});
+            edges.push_back({side.low, side.high});
         } else {
-            result_.featureEdges.push_back({side.low, side.middle});
-            result_.featureEdges.push_back({side.middle, side.high});
+            edges.push_back({side.low, side.middle});
+            edges.push_back({side.middle, side.high});
         }
     }
 
-    std::span<const std::array<double, 3>> nodePositions_;
-    std::span<const float> values_;
+    const SurfaceInput& input_;
     const ScaleLevels& levels_;
     std::vector<std::uint32_t> vertexOfNode_;
     std::vector<Float3> normals_;
@@ -231,10 +281,9 @@ Vector3 ContourSurface::toSurface(const std::array<double, 3>& position) const {
             (position[2] - center[2]) / unit};
 }
 
-ContourSurface contourSurfaceOf(const SurfaceFaces& faces,
-                                std::span<const std::array<double, 3>> nodePositions,
-                                std::span<const float> values, const ScaleLevels& levels) {
-    return Builder(nodePositions, values, levels).build(faces);
+ContourSurface contourSurfaceOf(const SurfaceFaces& faces, const SurfaceInput& input,
+                                const ScaleLevels& levels) {
+    return Builder(input, levels).build(faces);
 }
 
 } // namespace workbench

@@ -31,6 +31,11 @@ std::size_t sequenceLength(std::string_view text) {
     return overlong || beyond ? 0 : length;
 }
 
+/// U+FFFE and U+FFFF, which XML does not allow.
+bool isNoncharacter(std::string_view character) {
+    return character == "\xEF\xBF\xBE" || character == "\xEF\xBF\xBF";
+}
+
 std::size_t previousCharacter(const std::string& text, std::size_t end) {
     do
         --end;
@@ -55,7 +60,7 @@ void Overlay::addFrame(const PixelBox& box, double thickness, Rgb color) {
     addBox({box.right - t, box.bottom, box.right, box.top}, color);
 }
 
-void Overlay::addLine(Pixel from, Pixel to, double thickness, Rgb color) {
+void Overlay::addLine(Pixel from, Pixel to, double thickness, Rgb color, double opacity) {
     const double dx = to[0] - from[0], dy = to[1] - from[1];
     const double length = std::hypot(dx, dy);
     if (length == 0.0) return;
@@ -65,7 +70,7 @@ void Overlay::addLine(Pixel from, Pixel to, double thickness, Rgb color) {
                          {to[0] + nx, to[1] + ny},
                          {from[0] + nx, from[1] + ny}},
                         color,
-                        1.0});
+                        opacity});
 }
 
 void Overlay::addDisc(Pixel center, double radius, Rgb color) {
@@ -88,6 +93,8 @@ std::string cleanText(std::string_view text) {
             clean += kReplacement;
         else if (byte == '\t' || byte == '\n' || byte == '\r')
             clean += ' ';
+        else if (isNoncharacter(text.substr(0, length)))
+            clean += kReplacement;
         else if (byte >= 0x20 && byte != 0x7F)
             clean += text.substr(0, length);
         text.remove_prefix(length == 0 ? 1 : length);

@@ -34,7 +34,7 @@ struct Overlay {
 
     void addBox(const PixelBox& box, Rgb color, double opacity = 1.0);
     void addFrame(const PixelBox& box, double thickness, Rgb color);
-    void addLine(Pixel from, Pixel to, double thickness, Rgb color);
+    void addLine(Pixel from, Pixel to, double thickness, Rgb color, double opacity = 1.0);
     void addDisc(Pixel center, double radius, Rgb color);
 };
 

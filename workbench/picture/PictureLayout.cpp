@@ -1,6 +1,7 @@
 #include "workbench/picture/PictureLayout.h"
 
 #include "workbench/picture/CoverageGrid.h"
+#include "workbench/picture/LabelPlacer.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,22 +13,10 @@ namespace {
 constexpr Rgb kBlack{0, 0, 0};
 constexpr Rgb kWhite{255, 255, 255};
 constexpr Rgb kTextGrey{70, 70, 70};
-
-PixelBox moved(const PixelBox& box, double dx, double dy) {
-    return {box.left + dx, box.bottom + dy, box.right + dx, box.top + dy};
-}
+constexpr double kMarkRadius = 0.42; ///< in font sizes
 
 PixelBox grown(const PixelBox& box, double by) {
     return {box.left - by, box.bottom - by, box.right + by, box.top + by};
-}
-
-bool contains(const PixelBox& outer, const PixelBox& inner) {
-    return inner.left >= outer.left && inner.right <= outer.right && inner.bottom >= outer.bottom &&
-           inner.top <= outer.top;
-}
-
-Pixel nearestPoint(const PixelBox& box, const Pixel& to) {
-    return {std::clamp(to[0], box.left, box.right), std::clamp(to[1], box.bottom, box.top)};
 }
 
 /// Texts that are nearer to each other than `distance` move away along the line between them.
@@ -60,37 +49,32 @@ CoverageGrid coverageOf(const ContourPicture& picture, const ViewCamera& camera,
     return grid;
 }
 
-/// The place of a label around `node`: inside `area`, covering least, near.
-PixelBox placeLabel(const Pixel& node, double width, double height, double unit, const PixelBox& area,
-                    const CoverageGrid& grid) {
-    constexpr int kDirections = 16;
-    const PixelBox centered{node[0] - width / 2, node[1] - height / 2, node[0] + width / 2,
-                            node[1] + height / 2};
-    PixelBox best =
-        moved(centered, std::clamp(node[0], area.left + width / 2, area.right - width / 2) - node[0],
-              std::clamp(node[1], area.bottom + height / 2, area.top - height / 2) - node[1]);
-    double bestCost = 1e300;
-    for (const double distance : {2.0, 4.0, 7.0, 11.0})
-        for (int d = 0; d < kDirections; ++d) {
-            // Up and to the right first: between equal places the earlier one stays.
-            const double angle = std::numbers::pi * (0.25 + 2.0 * d / kDirections);
-            const double dx = std::cos(angle) * (distance * unit + width / 2);
-            const double dy = std::sin(angle) * (distance * unit + height / 2);
-            const PixelBox box = moved(centered, dx, dy);
-            if (!contains(area, box)) continue;
-            const double cost = 6.0 * static_cast<double>(grid.takenIn(box)) + distance;
-            if (cost < bestCost) {
-                best = box;
-                bestCost = cost;
-            }
-        }
-    return best;
+/// Where a mark points: the node; or the visible part of the element that faces the viewer most, else its
+/// middle.
+Vector3 anchorOf(const PictureMark& mark, const T_QM_MESH_D& mesh, const ViewCamera& camera,
+                 const ContourSurface& surface) {
+    if (mark.kind == PictureMark::Kind::Node) return surface.toSurface(mesh.nodePositions[mark.index]);
+    const MarkedPart* best = nullptr;
+    double bestFacing = -2.0;
+    for (const MarkedPart& part : surface.markedParts) {
+        if (part.element != mark.index) continue;
+        const double facing = camera.depth(part.outward);
+        if (facing > bestFacing) best = &part;
+        bestFacing = std::max(bestFacing, facing);
+    }
+    if (best) return best->middle;
+    std::array<double, 3> sum{};
+    const auto nodes = mesh.nodesOf(mark.index);
+    for (const std::uint32_t node : nodes)
+        for (std::size_t c = 0; c < 3; ++c)
+            sum[c] += mesh.nodePositions[node][c] / static_cast<double>(nodes.size());
+    return surface.toSurface(sum);
 }
 
 } // namespace
 
 PictureLayout::PictureLayout(const ContourPicture& picture, const ScaleLevels& levels,
-                             const ColorScale& colors, const TextWidth& measure)
+                             const PictureColors& colors, const TextWidth& measure)
     : picture_(picture)
     , levels_(levels)
     , colors_(colors)
@@ -113,7 +97,7 @@ void PictureLayout::addFrame(const ValueExtent& extent, bool someWithoutValue) {
     const double extremesHeight = lineHeight_ * (someWithoutValue ? 3 : 2) + 0.6 * font_;
     const double barTop = addValueTitle(titleBottom) - 0.8 * font_;
     const double barBottom = axesBox_.top + extremesHeight + 1.2 * font_;
-    addBar({column_.left, barBottom, column_.left + barWidth, barTop});
+    addBar(extent, {column_.left, barBottom, column_.left + barWidth, barTop});
     addExtremes(extent, someWithoutValue, barBottom - 1.2 * font_);
     modelBox_ = grown({margin_, margin_, column_.left - margin_, titleBottom}, -0.8 * font_);
 }
@@ -144,21 +128,36 @@ double PictureLayout::addValueTitle(double top) {
     return top;
 }
 
-void PictureLayout::addBar(const PixelBox& bar) {
+/// A box off an end of the bar for the values beyond it.
+void PictureLayout::addBeyond(const PixelBox& box, Rgb color, const std::string& label) {
+    overlay_.addBox(box, color);
+    overlay_.addFrame(box, std::max(1.0, font_ / 16), kBlack);
+    overlay_.texts.push_back(
+        {label, {box.right + 0.65 * font_, 0.5 * (box.bottom + box.top)}, font_, false, TextAlign::Left});
+}
+
+void PictureLayout::addBar(const ValueExtent& extent, PixelBox bar) {
+    const double side = 0.9 * font_, gap = 0.7 * font_;
+    if (levels_.isGiven() && extent.high > levels_.high()) {
+        addBeyond({bar.left, bar.top - side, bar.right, bar.top}, colors_.above(), "> " + barLabels_.back());
+        bar.top -= side + gap;
+    }
+    if (levels_.isGiven() && extent.low < levels_.low()) {
+        addBeyond({bar.left, bar.bottom, bar.right, bar.bottom + side}, colors_.below(),
+                  "< " + barLabels_.front());
+        bar.bottom += side + gap;
+    }
     const auto heightOf = [&](double value) {
         return bar.bottom + std::clamp(levels_.positionOf(value), 0.0, 1.0) * bar.height();
     };
+    // Every piece reaches to the top, under the next one: no seam between them at any resolution.
     const std::size_t pieces = picture_.bands ? levels_.bandCount() : 256;
     for (std::size_t i = 0; i < pieces; ++i) {
+        const double position = static_cast<double>(i) / static_cast<double>(pieces);
         PixelBox piece = bar;
-        const auto count = static_cast<double>(pieces);
-        const auto from = static_cast<double>(i);
-        piece.bottom =
-            picture_.bands ? heightOf(levels_.values()[i]) : bar.bottom + bar.height() * from / count;
-        piece.top = picture_.bands ? heightOf(levels_.values()[i + 1])
-                                   : bar.bottom + bar.height() * (from + 1.0) / count;
-        const double last = std::max(count - 1.0, 1.0);
-        overlay_.addBox(piece, colors_.at(from / last));
+        piece.bottom = picture_.bands ? heightOf(levels_.values()[i]) : bar.bottom + bar.height() * position;
+        overlay_.addBox(piece, picture_.bands ? colors_.ofBand(i)
+                                              : colors_.at(position + 0.5 / static_cast<double>(pieces)));
     }
     const double thin = std::max(1.0, font_ / 16);
     overlay_.addFrame(bar, thin, kBlack);
@@ -189,7 +188,8 @@ void PictureLayout::addExtremes(const ValueExtent& extent, bool someWithoutValue
     if (!someWithoutValue) return;
     const double side = 0.8 * font_;
     const double middle = top - lineHeight_ / 2;
-    overlay_.addBox({column_.left, middle - side / 2, column_.left + side, middle + side / 2}, kNoValueColor);
+    overlay_.addBox({column_.left, middle - side / 2, column_.left + side, middle + side / 2},
+                    colors_.noValue());
     addLine(picture_.words.noValue, 1.4 * font_);
 }
 
@@ -221,41 +221,61 @@ void PictureLayout::addAxes(const ViewCamera& camera) {
     overlay_.texts.insert(overlay_.texts.end(), names.begin(), names.end());
 }
 
+void PictureLayout::addSymbol(const PictureMark& mark, const Pixel& at, bool hidden) {
+    const double thin = std::max(1.0, font_ / 14);
+    const auto fill = [&](double radius, Rgb color) {
+        if (mark.kind == PictureMark::Kind::Node)
+            overlay_.addDisc(at, radius, color);
+        else
+            overlay_.addBox(grown({at[0], at[1], at[0], at[1]}, 0.9 * radius), color);
+    };
+    const double ring = kMarkRadius * font_;
+    fill(ring + 1.5 * thin, kWhite);
+    fill(ring, kBlack);
+    fill(ring - 1.3 * thin, kWhite);
+    if (!hidden) fill(0.4 * ring, kBlack);
+}
+
 void PictureLayout::addMarks(const ViewCamera& camera, const ContourSurface& surface) {
     if (picture_.marks.empty()) return;
-    CoverageGrid grid = coverageOf(picture_, camera, surface, 0.5 * font_);
+    const CoverageGrid grid = coverageOf(picture_, camera, surface, 0.5 * font_);
     const double thin = std::max(1.0, font_ / 14);
-    const double ring = 0.42 * font_;
+    const double ring = kMarkRadius * font_;
     const PixelBox area{margin_, margin_, column_.left - margin_, column_.top};
-    for (const NodeMark& mark : picture_.marks) {
-        const Vector3 position = surface.toSurface(picture_.mesh.nodePositions[mark.node]);
-        const Pixel at = camera.project(position);
-        const bool hidden = isHidden(camera, surface, position);
-        overlay_.addDisc(at, ring + 1.5 * thin, kWhite);
-        overlay_.addDisc(at, ring, kBlack);
-        overlay_.addDisc(at, ring - 1.3 * thin, kWhite);
-        if (!hidden) overlay_.addDisc(at, 0.4 * ring, kBlack);
-        grid.takeBox(grown({at[0], at[1], at[0], at[1]}, ring));
-        if (mark.label.empty()) continue;
-
-        const std::string whole = mark.label + (hidden ? " (" + picture_.words.hidden + ")" : "");
-        const std::string text =
-            fittingText(cleanText(whole), area.width() - 2 * font_, font_, false, measure_);
-        const double width = measure_(text, font_, false) + 0.8 * font_;
-        const double height = 1.5 * font_;
-        const PixelBox box = placeLabel(at, width, height, 0.9 * font_, area, grid);
-        const Pixel end = nearestPoint(box, at);
-        const double dx = end[0] - at[0], dy = end[1] - at[1], length = std::hypot(dx, dy);
-        if (length > ring)
-            overlay_.addLine({at[0] + dx / length * ring, at[1] + dy / length * ring}, end, thin, kBlack);
+    std::vector<Pixel> places;
+    std::vector<bool> hidden;
+    for (const PictureMark& mark : picture_.marks) {
+        const Vector3 anchor = anchorOf(mark, picture_.mesh, camera, surface);
+        places.push_back(camera.project(anchor));
+        hidden.push_back(isHidden(camera, surface, anchor));
+    }
+    LabelPlacer placer(area, grid, places, ring, 0.9 * font_);
+    std::vector<PixelBox> boxes(places.size());
+    std::vector<std::string> texts(places.size());
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        if (picture_.marks[i].label.empty()) continue;
+        const std::string whole = cleanText(picture_.marks[i].label) +
+                                  (hidden[i] ? " (" + cleanText(picture_.words.hidden) + ")" : "");
+        texts[i] = fittingText(whole, area.width() - 2 * font_, font_, false, measure_);
+        boxes[i] = placer.place(i, measure_(texts[i], font_, false) + 0.8 * font_, 1.5 * font_);
+        const Pixel& at = places[i];
+        const Pixel end = nearestPoint(boxes[i], at);
+        overlay_.addLine(at, end, 3.0 * thin, kWhite, 0.6);
+        overlay_.addLine(at, end, thin, kBlack);
+    }
+    // The worst one last, over the others.
+    for (std::size_t i = places.size(); i-- > 0;)
+        addSymbol(picture_.marks[i], places[i], hidden[i]);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        if (texts[i].empty()) continue;
+        const PixelBox& box = boxes[i];
         overlay_.addBox(box, kWhite, 0.85);
         overlay_.addFrame(box, thin, kBlack);
-        overlay_.texts.push_back({text,
+        overlay_.texts.push_back({texts[i],
                                   {(box.left + box.right) / 2, (box.bottom + box.top) / 2},
                                   font_,
                                   false,
                                   TextAlign::Center});
-        grid.takeBox(box);
     }
 }
 

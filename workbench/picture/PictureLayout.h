@@ -1,21 +1,18 @@
 #pragma once
 
-#include "workbench/picture/ColorScale.h"
 #include "workbench/picture/ContourPicture.h"
 #include "workbench/picture/Overlay.h"
+#include "workbench/picture/PictureColors.h"
 #include "workbench/picture/ScaleLevels.h"
 
 namespace workbench {
-
-/// Drawn where a node has no value.
-inline constexpr Rgb kNoValueColor{178, 178, 178};
 
 /// Places everything that is not the model itself: titles, scale bar, axes, marks. Sizes follow the height
 /// of the picture.
 class PictureLayout {
   public:
     /// The references must outlive the layout.
-    PictureLayout(const ContourPicture& picture, const ScaleLevels& levels, const ColorScale& colors,
+    PictureLayout(const ContourPicture& picture, const ScaleLevels& levels, const PictureColors& colors,
                   const TextWidth& measure);
 
     /// Titles along the top and the scale bar at the right side, with the values' extremes below it.
@@ -27,7 +24,8 @@ class PictureLayout {
     /// The directions of the model's axes, below the scale bar.
     void addAxes(const ViewCamera& camera);
 
-    /// A ring at every marked node and its label beside it, where it covers least of model and other labels.
+    /// A ring at every marked node, a square at every marked element, and the label beside it: clear of other
+    /// labels and marks where there is room, and over as little of the model as it can.
     void addMarks(const ViewCamera& camera, const ContourSurface& surface);
 
     const Overlay& overlay() const { return overlay_; }
@@ -35,12 +33,14 @@ class PictureLayout {
   private:
     double addTitles();
     double addValueTitle(double top);
-    void addBar(const PixelBox& bar);
+    void addBar(const ValueExtent& extent, PixelBox bar);
+    void addBeyond(const PixelBox& box, Rgb color, const std::string& label);
+    void addSymbol(const PictureMark& mark, const Pixel& at, bool hidden);
     void addExtremes(const ValueExtent& extent, bool someWithoutValue, double top);
 
     const ContourPicture& picture_;
     const ScaleLevels& levels_;
-    const ColorScale& colors_;
+    const PictureColors& colors_;
     const TextWidth& measure_;
     Overlay overlay_;
     double font_; ///< size of the ordinary text

@@ -149,7 +149,7 @@ Result<ScaleLevels> ScaleLevels::make(const ValueExtent& extent, ValueScale scal
         if (log && range->low <= 0.0)
             return Error{
                 "a logarithmic scale begins above zero: give a positive lower value, or draw it linear"};
-        return ScaleLevels(valuesWithin(*range, scale), scale);
+        return ScaleLevels(valuesWithin(*range, scale), scale, true);
     }
     if (log && extent.lowPositive == 0.0)
         return Error{"no value is above zero, which a logarithmic scale needs: draw it linear"};
@@ -161,12 +161,13 @@ Result<ScaleLevels> ScaleLevels::make(const ValueExtent& extent, ValueScale scal
         low -= margin;
         high += margin;
     }
-    return ScaleLevels(log ? roundLogValues(low, high) : roundValues(low, high), scale);
+    return ScaleLevels(log ? roundLogValues(low, high) : roundValues(low, high), scale, false);
 }
 
-ScaleLevels::ScaleLevels(std::vector<double> values, ValueScale scale)
+ScaleLevels::ScaleLevels(std::vector<double> values, ValueScale scale, bool given)
     : values_(std::move(values))
-    , scale_(scale) {
+    , scale_(scale)
+    , given_(given) {
     const bool log = scale_ == ValueScale::Logarithmic;
     origin_ = log ? std::log(low()) : low();
     length_ = (log ? std::log(high()) : high()) - origin_;
@@ -176,9 +177,10 @@ ScaleLevels::ScaleLevels(std::vector<double> values, ValueScale scale)
 
 double ScaleLevels::positionOf(double value) const {
     if (std::isnan(value)) return value;
-    if (std::isinf(value)) return value > 0.0 ? 1.0 : 0.0;
+    const double beyond = given_ ? 1.0 : 0.0;
+    if (std::isinf(value)) return value > 0.0 ? 1.0 + beyond : -beyond;
     if (scale_ == ValueScale::Linear) return (value - origin_) / length_;
-    return value > 0.0 ? (std::log(value) - origin_) / length_ : 0.0;
+    return value > 0.0 ? (std::log(value) - origin_) / length_ : -beyond;
 }
 
 std::size_t ScaleLevels::bandOf(double position) const {

@@ -27,11 +27,14 @@ class ScaleLevels {
 
     const std::vector<double>& values() const { return values_; }
     std::size_t bandCount() const { return values_.size() - 1; }
+    ValueScale scale() const { return scale_; }
+    bool isGiven() const { return given_; } ///< by a range, so that values may lie outside
     double low() const { return values_.front(); }
     double high() const { return values_.back(); }
 
     /// Where a value lies: 0 at the low end, 1 at the high one, also beyond them. NaN stays NaN. What has no
-    /// place (infinite; not positive on a logarithmic scale) lies at the nearer end.
+    /// place (infinite; not positive on a logarithmic scale) lies at the nearer end, or one length of the bar
+    /// beyond it when the range was given.
     double positionOf(double value) const;
 
     /// The band of a position; those beyond the ends belong to the outermost bands.
@@ -41,11 +44,12 @@ class ScaleLevels {
     std::vector<std::string> labels() const;
 
   private:
-    ScaleLevels(std::vector<double> values, ValueScale scale);
+    ScaleLevels(std::vector<double> values, ValueScale scale, bool given);
 
     std::vector<double> values_;
     std::vector<double> positions_;
     ValueScale scale_;
+    bool given_;
     double origin_ = 0.0; ///< the low end and the length of the bar, in logarithms where the scale is one
     double length_ = 1.0;
 };

@@ -1,7 +1,6 @@
 #include "workbench/picture/SceneRenderer.h"
 
 #include "workbench/picture/DrawingDisplay.h"
-#include "workbench/picture/PictureLayout.h"
 #include "workbench/picture/ProbeWindow.h"
 #include "workbench/picture/SceneWindow.h"
 #include "workbench/picture/VtkMessages.h"
@@ -37,9 +36,12 @@
 namespace workbench {
 namespace {
 
-/// Pictures up to this many pixels are drawn at twice their size and averaged, which smooths every edge the
+/// Images up to this many pixels are drawn at twice their size and averaged, which smooths every edge the
 /// same on all drivers; larger ones are fine enough without.
 constexpr long kMostSmoothedPixels = 4096L * 2304L;
+
+/// The drawing library's window has no more pixels than this each way.
+constexpr int kLargestWindow = 16384;
 
 /// Not NanumGothic.ttf of the same package: VTK draws its Latin glyphs only.
 const char* fontFile(bool bold) {
@@ -84,11 +86,13 @@ vtkSmartPointer<vtkCellArray> cellsOver(const std::vector<std::array<std::uint32
     return array;
 }
 
-vtkSmartPointer<vtkPolyData> verticesOf(const ContourSurface& surface) {
+using Vertices = std::vector<std::array<float, 3>>;
+
+vtkSmartPointer<vtkPolyData> verticesOf(const Vertices& vertices) {
     vtkNew<vtkFloatArray> coordinates;
     coordinates->SetNumberOfComponents(3);
-    coordinates->SetArray(const_cast<float*>(surface.positions.data()->data()),
-                          static_cast<vtkIdType>(surface.positions.size() * 3), 1);
+    coordinates->SetArray(const_cast<float*>(vertices.data()->data()),
+                          static_cast<vtkIdType>(vertices.size() * 3), 1);
     vtkNew<vtkPoints> points;
     points->SetData(coordinates);
     auto data = vtkSmartPointer<vtkPolyData>::New();
@@ -96,47 +100,77 @@ vtkSmartPointer<vtkPolyData> verticesOf(const ContourSurface& surface) {
     return data;
 }
 
-vtkSmartPointer<vtkLookupTable> tableOf(std::span<const Rgb> colors) {
+vtkSmartPointer<vtkLookupTable> tableOf(const ColorTable& colors) {
     auto table = vtkSmartPointer<vtkLookupTable>::New();
-    table->SetNumberOfTableValues(static_cast<vtkIdType>(colors.size()));
-    table->SetTableRange(0.0, 1.0);
-    for (std::size_t i = 0; i < colors.size(); ++i)
-        table->SetTableValue(static_cast<vtkIdType>(i), colors[i][0] / 255.0, colors[i][1] / 255.0,
-                             colors[i][2] / 255.0);
+    table->SetNumberOfTableValues(static_cast<vtkIdType>(colors.colors.size()));
+    table->SetTableRange(colors.low, colors.high);
+    for (std::size_t i = 0; i < colors.colors.size(); ++i)
+        table->SetTableValue(static_cast<vtkIdType>(i), colors.colors[i][0] / 255.0,
+                             colors.colors[i][1] / 255.0, colors.colors[i][2] / 255.0);
     return table;
 }
+
+constexpr Rgb kEdgeColor{31, 31, 31};
+constexpr Rgb kMeshEdgeColor{60, 60, 60};
+constexpr Rgb kRestEdgeColor{120, 120, 120};
+constexpr Rgb kMarkedEdgeColor{0, 0, 0};
 
 /// The parts of the model over one set of vertices.
 class ModelActors {
   public:
-    ModelActors(vtkRenderer& renderer, const ContourSurface& surface, std::span<const Rgb> colors,
-                double scale)
+    ModelActors(vtkRenderer& renderer, const Scene& scene, double scale)
         : renderer_(renderer)
-        , surface_(surface)
-        , table_(tableOf(colors)) {
+        , scene_(scene)
+        , table_(tableOf(scene.colors)) {
+        const ContourSurface& surface = scene.surface;
         const double line = 3.0 * scale;
-        const double thin = 1.1 * scale;
         if (!surface.triangles.empty()) color(add(faces(surface.triangles)));
-        if (!surface.greyTriangles.empty()) grey(add(faces(surface.greyTriangles)));
-        if (!surface.segments.empty()) color(add(lines(surface.segments), line));
-        if (!surface.greySegments.empty()) grey(add(lines(surface.greySegments), line));
-        if (surface.featureEdges.empty()) return;
-        vtkActor& edges = add(lines(surface.featureEdges), thin);
-        edges.GetProperty()->SetColor(0.12, 0.12, 0.12);
-        edges.GetMapper()->SetScalarVisibility(0);
+        if (!surface.greyTriangles.empty()) paint(add(faces(surface.greyTriangles)), scene.noValue);
+        if (!surface.segments.empty()) color(addLines(surface.positions, surface.segments, line));
+        if (!surface.greySegments.empty())
+            paint(addLines(surface.positions, surface.greySegments, line), scene.noValue);
+        if (!surface.dots.empty()) color(addDots(surface.dots, 7.0 * scale));
+        if (!surface.greyDots.empty()) paint(addDots(surface.greyDots, 7.0 * scale), scene.noValue);
+        addEdges(scale);
     }
 
   private:
+    void addEdges(double scale) {
+        const ContourSurface& surface = scene_.surface;
+        const double thin = 1.1 * scale;
+        if (scene_.edges == PictureEdges::Mesh && !surface.meshEdges.empty())
+            paint(addLines(surface.positions, surface.meshEdges, 0.5 * scale), kMeshEdgeColor);
+        if (scene_.edges != PictureEdges::None && !surface.featureEdges.empty())
+            paint(addLines(surface.positions, surface.featureEdges, thin), kEdgeColor);
+        if (surface.restOutline && !surface.featureEdges.empty())
+            paint(addLines(surface.restPositions, surface.featureEdges, thin), kRestEdgeColor);
+        if (!surface.markedEdges.empty())
+            paint(addLines(surface.positions, surface.markedEdges, 2.4 * scale), kMarkedEdgeColor);
+    }
+
     vtkSmartPointer<vtkPolyData> faces(const std::vector<std::array<std::uint32_t, 3>>& triangles) {
-        auto data = verticesOf(surface_);
+        auto data = verticesOf(scene_.surface.positions);
         data->SetPolys(cellsOver(triangles));
         return data;
     }
 
-    vtkSmartPointer<vtkPolyData> lines(const std::vector<std::array<std::uint32_t, 2>>& segments) {
-        auto data = verticesOf(surface_);
-        data->SetLines(cellsOver(segments));
-        return data;
+    vtkActor& addLines(const Vertices& vertices, const std::vector<std::array<std::uint32_t, 2>>& lines,
+                       double width) {
+        auto data = verticesOf(vertices);
+        data->SetLines(cellsOver(lines));
+        vtkActor& actor = add(data);
+        actor.GetProperty()->SetLineWidth(static_cast<float>(width));
+        actor.GetProperty()->LightingOff();
+        return actor;
+    }
+
+    vtkActor& addDots(const std::vector<std::array<std::uint32_t, 1>>& dots, double size) {
+        auto data = verticesOf(scene_.surface.positions);
+        data->SetVerts(cellsOver(dots));
+        vtkActor& actor = add(data);
+        actor.GetProperty()->SetPointSize(static_cast<float>(size));
+        actor.GetProperty()->RenderPointsAsSpheresOn();
+        return actor;
     }
 
     vtkActor& add(const vtkSmartPointer<vtkPolyData>& data) {
@@ -145,39 +179,31 @@ class ModelActors {
         vtkNew<vtkActor> actor;
         actor->SetMapper(mapper);
         // Much light from everywhere: a colour on a slanted face is still found on the bar.
-        actor->GetProperty()->SetAmbient(0.72);
-        actor->GetProperty()->SetDiffuse(0.28);
+        actor->GetProperty()->SetAmbient(0.8);
+        actor->GetProperty()->SetDiffuse(0.2);
         actor->GetProperty()->SetSpecular(0.0);
         renderer_.AddActor(actor);
         return *actor;
     }
 
-    vtkActor& add(const vtkSmartPointer<vtkPolyData>& data, double lineWidth) {
-        vtkActor& actor = add(data);
-        actor.GetProperty()->SetLineWidth(static_cast<float>(lineWidth));
-        actor.GetProperty()->LightingOff();
-        return actor;
-    }
-
     void color(vtkActor& actor) {
         auto* mapper = vtkPolyDataMapper::SafeDownCast(actor.GetMapper());
         vtkNew<vtkFloatArray> places;
-        places->SetArray(const_cast<float*>(surface_.scalePositions.data()),
-                         static_cast<vtkIdType>(surface_.scalePositions.size()), 1);
+        const std::vector<float>& positions = scene_.surface.scalePositions;
+        places->SetArray(const_cast<float*>(positions.data()), static_cast<vtkIdType>(positions.size()), 1);
         mapper->GetInput()->GetPointData()->SetScalars(places);
         mapper->SetLookupTable(table_);
         mapper->UseLookupTableScalarRangeOn();
         mapper->InterpolateScalarsBeforeMappingOn();
     }
 
-    static void grey(vtkActor& actor) {
+    static void paint(vtkActor& actor, const Rgb& color) {
         actor.GetMapper()->SetScalarVisibility(0);
-        actor.GetProperty()->SetColor(kNoValueColor[0] / 255.0, kNoValueColor[1] / 255.0,
-                                      kNoValueColor[2] / 255.0);
+        actor.GetProperty()->SetColor(color[0] / 255.0, color[1] / 255.0, color[2] / 255.0);
     }
 
     vtkRenderer& renderer_;
-    const ContourSurface& surface_;
+    const Scene& scene_;
     vtkSmartPointer<vtkLookupTable> table_;
 };
 
@@ -247,7 +273,7 @@ Image readPixels(vtkRenderWindow& window, int width, int height, int factor) {
     window.GetPixelData(0, 0, width * factor - 1, height * factor - 1, 0, pixels);
     const unsigned char* source = pixels->GetPointer(0);
     const std::size_t stride = static_cast<std::size_t>(width) * factor * 3;
-    Image image{width, height, std::vector<Rgb>(static_cast<std::size_t>(width) * height)};
+    Image image{width, height, std::vector<Rgb>(static_cast<std::size_t>(width) * height), {}};
     const unsigned area = static_cast<unsigned>(factor * factor);
     for (int y = 0; y < height; ++y) {
         const unsigned char* rows = source + static_cast<std::size_t>(height - 1 - y) * factor * stride;
@@ -260,6 +286,23 @@ Image readPixels(vtkRenderWindow& window, int width, int height, int factor) {
                         sum += rows[dy * stride + (x * factor + dx) * 3 + c];
                 target[x][c] = static_cast<std::uint8_t>(sum / area);
             }
+    }
+    return image;
+}
+
+/// The image whose drawings on white and on black are given: what differs between them shows through.
+Image withoutBackground(const Image& onWhite, const Image& onBlack) {
+    Image image = onBlack;
+    image.alpha.resize(image.pixels.size());
+    for (std::size_t i = 0; i < image.pixels.size(); ++i) {
+        int through = 0; // three times how much white is seen
+        for (std::size_t c = 0; c < 3; ++c)
+            through += std::max(0, onWhite.pixels[i][c] - onBlack.pixels[i][c]);
+        const int alpha = 255 - std::min(255, (through + 1) / 3);
+        image.alpha[i] = static_cast<std::uint8_t>(alpha);
+        for (std::size_t c = 0; c < 3; ++c)
+            image.pixels[i][c] = static_cast<std::uint8_t>(
+                alpha == 0 ? 255 : std::min(255, (image.pixels[i][c] * 255 + alpha / 2) / alpha));
     }
     return image;
 }
@@ -284,24 +327,31 @@ TextWidth sceneTextWidth() {
     };
 }
 
-Result<Image> renderScene(const ContourSurface& surface, std::span<const Rgb> colors,
-                          const ViewCamera& camera, const Overlay& overlay, int width, int height) {
+Result<Image> renderScene(const Scene& scene, int detail, bool transparent) {
     const VtkMessages messages;
     const auto display = drawingDisplay(&canDrawOn);
     if (!display) return display.error();
-    const int factor = static_cast<long>(width) * height <= kMostSmoothedPixels ? 2 : 1;
-    SceneWindow scene(*display, width * factor, height * factor);
-    if (!scene.isOpen()) return drawingError("the display " + *display + " does not answer any more");
+    const int width = scene.width * detail, height = scene.height * detail;
+    const bool smoothed = static_cast<long>(width) * height <= kMostSmoothedPixels &&
+                          2 * std::max(width, height) <= kLargestWindow;
+    const int factor = smoothed ? 2 : 1;
+    SceneWindow window(*display, width * factor, height * factor);
+    if (!window.isOpen()) return drawingError("the display " + *display + " does not answer any more");
     vtkNew<vtkRenderer> renderer;
-    renderer->SetBackground(1.0, 1.0, 1.0);
-    scene.window().AddRenderer(renderer);
-    scene.window().SetDPI(72);
+    window.window().AddRenderer(renderer);
+    window.window().SetDPI(72);
     vtkMapper::SetResolveCoincidentTopologyToPolygonOffset();
-    const ModelActors actors(*renderer, surface, colors, factor);
-    addOverlay(*renderer, overlay, factor);
-    setCamera(*renderer, camera, surface.extent, width, height);
-    scene.render();
-    Image image = readPixels(scene.window(), width, height, factor);
+    const double scale = static_cast<double>(detail) * factor;
+    const ModelActors actors(*renderer, scene, scale);
+    if (scene.overlay) addOverlay(*renderer, *scene.overlay, scale);
+    setCamera(*renderer, scene.camera, scene.surface.extent, scene.width, scene.height);
+    const auto drawOn = [&](double background) {
+        renderer->SetBackground(background, background, background);
+        window.render();
+        return readPixels(window.window(), width, height, factor);
+    };
+    Image image = drawOn(1.0);
+    if (transparent) image = withoutBackground(image, drawOn(0.0));
     if (!messages.error().empty()) return drawingError(messages.error());
     return image;
 }
@@ -310,11 +360,16 @@ Result<std::vector<unsigned char>> encodePng(const Image& image) {
     const VtkMessages messages;
     vtkNew<vtkImageData> data;
     data->SetDimensions(image.width, image.height, 1);
-    data->AllocateScalars(VTK_UNSIGNED_CHAR, 3);
-    for (int y = 0; y < image.height; ++y)
-        std::copy_n(image.pixels.data()->data() + static_cast<std::size_t>(y) * image.width * 3,
-                    static_cast<std::size_t>(image.width) * 3,
-                    static_cast<unsigned char*>(data->GetScalarPointer(0, image.height - 1 - y, 0)));
+    const int channels = image.alpha.empty() ? 3 : 4;
+    data->AllocateScalars(VTK_UNSIGNED_CHAR, channels);
+    for (int y = 0; y < image.height; ++y) {
+        auto* target = static_cast<unsigned char*>(data->GetScalarPointer(0, image.height - 1 - y, 0));
+        const std::size_t row = static_cast<std::size_t>(y) * image.width;
+        for (int x = 0; x < image.width; ++x, target += channels) {
+            std::ranges::copy(image.pixels[row + x], target);
+            if (channels == 4) target[3] = image.alpha[row + x];
+        }
+    }
     vtkNew<vtkPNGWriter> writer;
     writer->SetInputData(data);
     writer->WriteToMemoryOn();

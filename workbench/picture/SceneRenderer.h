@@ -1,12 +1,13 @@
 #pragma once
 
 #include "base/Result.h"
+#include "workbench/picture/ContourPicture.h"
 #include "workbench/picture/ContourSurface.h"
 #include "workbench/picture/Image.h"
 #include "workbench/picture/Overlay.h"
+#include "workbench/picture/PictureColors.h"
 #include "workbench/picture/ViewCamera.h"
 
-#include <span>
 #include <vector>
 
 namespace workbench {
@@ -14,12 +15,22 @@ namespace workbench {
 /// Measures with the fonts that renderScene draws with: Nanum Barun Gothic or DejaVu Sans where installed.
 TextWidth sceneTextWidth();
 
-/// Draws the surface through the camera on white, then the overlay. `colors` spread evenly over the scale
-/// positions 0 to 1. Needs a display; finds or starts one.
-Result<Image> renderScene(const ContourSurface& surface, std::span<const Rgb> colors,
-                          const ViewCamera& camera, const Overlay& overlay, int width, int height);
+/// What is drawn, in pixels of the picture.
+struct Scene {
+    const ContourSurface& surface;
+    const ColorTable& colors;
+    Rgb noValue;
+    PictureEdges edges;
+    const ViewCamera& camera;
+    const Overlay* overlay; ///< over the model; null for none
+    int width, height;
+};
 
-/// The bytes of a PNG file.
+/// Draws the surface through the camera, then the overlay, on white or on nothing. The image has `detail`
+/// pixels each way for one of the picture. Needs a display; finds or starts one.
+Result<Image> renderScene(const Scene& scene, int detail, bool transparent);
+
+/// The bytes of a PNG file, with an alpha channel where the image has one.
 Result<std::vector<unsigned char>> encodePng(const Image& image);
 
 } // namespace workbench

@@ -159,9 +159,10 @@ double squaredDistance(const std::array<double, 3>& a, const std::array<double, 
     return sum;
 }
 
-void addSegments(const T_QM_MESH_D& mesh, std::span<const std::uint32_t> nodes, SurfaceFaces& surface) {
+void addSegments(const T_QM_MESH_D& mesh, std::uint32_t element, std::span<const std::uint32_t> nodes,
+                 SurfaceFaces& surface) {
     if (nodes.size() == 2) {
-        surface.segments.push_back({nodes[0], nodes[1]});
+        surface.segments.push_back({{nodes[0], nodes[1]}, element});
         return;
     }
     const auto distance = [&](std::size_t a, std::size_t b) {
@@ -170,7 +171,13 @@ void addSegments(const T_QM_MESH_D& mesh, std::span<const std::uint32_t> nodes, 
     const double d01 = distance(0, 1), d12 = distance(1, 2), d02 = distance(0, 2);
     const std::size_t middle = d01 >= d12 && d01 >= d02 ? 2 : (d02 >= d12 ? 1 : 0);
     for (std::size_t i = 0; i < 3; ++i)
-        if (i != middle) surface.segments.push_back({nodes[i], nodes[middle]});
+        if (i != middle) surface.segments.push_back({{nodes[i], nodes[middle]}, element});
+}
+
+void addDots(std::uint32_t element, std::span<const std::uint32_t> nodes, SurfaceFaces& surface) {
+    for (const std::uint32_t node : nodes)
+        surface.dots.push_back({node, element});
+    if (nodes.size() == 2) surface.segments.push_back({{nodes[0], nodes[1]}, element});
 }
 
 Result<void> checkTables(const T_QM_MESH_D& mesh) {
@@ -186,12 +193,13 @@ Result<void> checkTables(const T_QM_MESH_D& mesh) {
     return {};
 }
 
-/// The element's nodes, or nothing where offsets, node count or node indices cannot be right.
+/// The element's nodes, or nothing where offsets, node count or node indices cannot be right. A spring may
+/// have any number of nodes.
 std::span<const std::uint32_t> checkedNodes(const T_QM_MESH_D& mesh, std::size_t element) {
     const std::size_t begin = mesh.elementNodeOffsets[element];
     const std::size_t end = mesh.elementNodeOffsets[element + 1];
     const auto wanted = static_cast<std::size_t>(elementNodeCount(mesh.elementTypes[element]));
-    if (begin > end || end > mesh.elementNodes.size() || end - begin != wanted) return {};
+    if (begin >= end || end > mesh.elementNodes.size() || (wanted != 0 && end - begin != wanted)) return {};
     const auto nodes = mesh.elementNodes.subspan(begin, end - begin);
     const std::size_t nodeCount = mesh.nodeCount();
     return std::ranges::all_of(nodes, [=](std::uint32_t node) { return node < nodeCount; })
@@ -207,8 +215,9 @@ Result<SurfaceFaces> surfaceFacesOf(const T_QM_MESH_D& mesh) {
     OpenFaces open(mesh.nodeCount());
     for (std::size_t e = 0; e < mesh.elementCount(); ++e) {
         const std::uint8_t code = mesh.elementTypes[e];
+        if (code >= kFirstSpecialElement) continue;
         const auto type = static_cast<ElementType>(code);
-        if (type == ElementType::Point || elementNodeCount(code) == 0) continue;
+        const auto element = static_cast<std::uint32_t>(e);
         const auto nodes = checkedNodes(mesh, e);
         if (nodes.empty())
             return Error{
@@ -216,20 +225,24 @@ Result<SurfaceFaces> surfaceFacesOf(const T_QM_MESH_D& mesh) {
                 " has nodes that do not exist or not as many as its type has: import the model anew"};
         if (isPlanarElement(code)) {
             surface.faces.push_back(planarFace(type, nodes));
+            surface.faces.back().element = element;
         } else if (isSolidElement(code)) {
             const auto faces = shapeOf(type).faces;
             for (std::size_t f = 0; f < faces.size(); ++f) {
                 const auto key = faceKey(faces[f], nodes);
                 if (key[2] != kNone) open.meet(key, e * 8 + f);
             }
+        } else if (type == ElementType::Line2 || type == ElementType::Line3 || type == ElementType::Beam) {
+            addSegments(mesh, element, nodes, surface);
         } else {
-            addSegments(mesh, nodes, surface);
+            addDots(element, nodes, surface);
         }
     }
     for (const std::uint64_t reference : open.references()) {
         const std::size_t element = reference / 8;
         const SolidShape& shape = shapeOf(static_cast<ElementType>(mesh.elementTypes[element]));
         surface.faces.push_back(faceOf(shape, shape.faces[reference % 8], mesh.nodesOf(element)));
+        surface.faces.back().element = static_cast<std::uint32_t>(element);
     }
     return surface;
 }

@@ -3,8 +3,10 @@
 #include "workbench/picture/ContourPicture.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <limits>
+#include <numbers>
 
 namespace workbench {
 namespace {
@@ -59,6 +61,32 @@ Vector3 isoDirection(const Vector3& extent) {
     return {amount[0], -amount[1], amount[2]};
 }
 
+bool readAngle(std::string_view text, double largest, double& angle) {
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), angle);
+    return error == std::errc{} && end == text.data() + text.size() && std::abs(angle) <= largest;
+}
+
+/// The axes for a viewer who went `around` from the front to the right and then `upwards`, in degrees.
+ViewCamera axesAtAngles(double around, double upwards) {
+    constexpr double radian = std::numbers::pi / 180.0;
+    const double sa = std::sin(around * radian), ca = std::cos(around * radian);
+    const double se = std::sin(upwards * radian), ce = std::cos(upwards * radian);
+    ViewCamera camera;
+    camera.right = {ca, sa, 0.0};
+    camera.up = {-sa * se, ca * se, ce};
+    camera.toViewer = {sa * ce, -ca * ce, se};
+    return camera;
+}
+
+std::optional<ViewCamera> axesOfAngles(std::string_view text) {
+    const std::size_t comma = text.find(',');
+    double around = 0.0, upwards = 0.0;
+    if (comma == std::string_view::npos || !readAngle(text.substr(0, comma), 360.0, around) ||
+        !readAngle(text.substr(comma + 1), 90.0, upwards))
+        return std::nullopt;
+    return axesAtAngles(around, upwards);
+}
+
 double edgeSide(const Pixel& a, const Pixel& b, const Pixel& p) {
     return (b[0] - a[0]) * (p[1] - a[1]) - (b[1] - a[1]) * (p[0] - a[0]);
 }
@@ -67,6 +95,10 @@ double edgeSide(const Pixel& a, const Pixel& b, const Pixel& p) {
 
 std::span<const std::string_view> viewNames() {
     return kNames;
+}
+
+bool isViewName(std::string_view text) {
+    return viewAxes(text, {1.0, 1.0, 1.0}).has_value();
 }
 
 Pixel ViewCamera::project(const Vector3& position) const {
@@ -80,7 +112,7 @@ double ViewCamera::depth(const Vector3& position) const {
 
 std::optional<ViewCamera> viewAxes(std::string_view name, const Vector3& extent) {
     const auto* view = std::ranges::find(kViews, name, &NamedView::name);
-    if (view == std::end(kViews)) return std::nullopt;
+    if (view == std::end(kViews)) return axesOfAngles(name);
     ViewCamera camera;
     camera.toViewer = unit(dot(view->toViewer, view->toViewer) > 0.0 ? view->toViewer : isoDirection(extent));
     const bool vertical = std::abs(camera.toViewer[2]) > 0.999;
@@ -92,13 +124,15 @@ std::optional<ViewCamera> viewAxes(std::string_view name, const Vector3& extent)
 void fitInto(ViewCamera& camera, const ContourSurface& surface, const PixelBox& box) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     Pixel low{infinity, infinity}, high{-infinity, -infinity};
-    for (const auto& vertex : surface.positions) {
+    const auto include = [&](const std::array<float, 3>& vertex) {
         const Pixel at{dot(camera.right, toDouble(vertex)), dot(camera.up, toDouble(vertex))};
         for (std::size_t i = 0; i < 2; ++i) {
             low[i] = std::min(low[i], at[i]);
             high[i] = std::max(high[i], at[i]);
         }
-    }
+    };
+    std::ranges::for_each(surface.positions, include);
+    if (surface.restOutline) std::ranges::for_each(surface.restPositions, include);
     const double across = std::max((high[0] - low[0]) / box.width(), (high[1] - low[1]) / box.height());
     camera.pixelsPerLength = across > 0.0 ? 1.0 / across : 1.0;
     camera.origin = {0.5 * (box.left + box.right) - camera.pixelsPerLength * 0.5 * (low[0] + high[0]),

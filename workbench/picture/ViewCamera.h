@@ -27,7 +27,9 @@ struct ViewCamera {
     double depth(const Vector3& position) const; ///< grows towards the viewer
 };
 
-/// The axes of a named view of a model of this extent; nothing for an unknown name. "iso" looks from the
+/// The axes of a view of a model of this extent: one of viewNames(), or two angles in degrees "30,20", the
+/// first from the front towards the right side (-360 to 360), the second upwards (-90 to 90). Nothing for
+/// another text. "iso" looks from the
 /// front, right and above, so that front, right and top are seen; it turns towards the face of a thin plate,
 /// across a slender member, and straight onto a plane model.
 std::optional<ViewCamera> viewAxes(std::string_view name, const Vector3& extent);

@@ -150,7 +150,7 @@ TEST_F(ProgramTest, RefusesWrongInputWithASentenceAndLeavesNothing) {
         {"vexa", 2, "subcommand"},
         {"vexa nonsense", 2, "subcommand"},
         {"vexa table cube.wkm", 2, "--analysis"},
-        {"vexa table cube.wkm --analysis Static --component abc", 2, "component"},
+        {"vexa table cube.wkm --analysis Static --case Pull --component abc", 1, "no component \"abc\""},
         {"vexa table cube.wkm --analysis Stat --component 312101", 1, "\"Static\""},
         {"vexa table cube.wkm --analysis Static --component 312101", 1, "\"Pull\""},
         {"vexa table cube.wkm --analysis Static --case Pull --step x --component 312101", 1, "no step \"x\""},
@@ -175,7 +175,7 @@ TEST_F(ProgramTest, RefusesWrongInputWithASentenceAndLeavesNothing) {
         {"vexa new cube.toml -o cube.toml", 1, "must end in .wkm"},
         {"vexa new cube.toml -o no/folder.wkm", 1, "no/folder"},
         {"vexa picture cube.wkm --analysis Static --case Pull --component 312101 -o cube.wkm", 1,
-         "must end in .png"},
+         "must end in .png or .svg"},
         {"vexa picture cube.wkm --analysis Static --case Pull --component 312101 -o no/folder.png", 1,
          "no/folder.png"},
     };

@@ -114,7 +114,7 @@ std::string messageOf(const Result<Image>& result) {
 TEST(ContourPicture, TheFileHoldsTheModelInTheColoursOfBothEnds) {
     const Folder folder;
     const CubeCase cube;
-    const auto written = writeContourPng(cube.picture, folder / "cube.png");
+    const auto written = writeContour(cube.picture, folder / "cube.png");
     ASSERT_TRUE(written) << written.error().message;
     EXPECT_EQ(folder.fileCount(), 1u);
     const Image image = readPng(folder / "cube.png");
@@ -180,7 +180,7 @@ TEST(ContourPicture, EveryElementFamilyViewAndScaleIsDrawn) {
             cube.picture.values = cube.values;
             cube.picture.view = view;
             cube.picture.colorScale = colors;
-            cube.picture.valueScale = ValueScale::Logarithmic;
+            if (colors != "blue-red") cube.picture.valueScale = ValueScale::Logarithmic;
             cube.picture.marks = {{far, "Node 126"},
                                   {0, "\xFF a label that is far too long for the picture, "
                                       "and then some more of it, 하중 케이스"}};
@@ -215,7 +215,8 @@ TEST(ContourPicture, WhatCannotBeDrawnIsRefusedWithASentence) {
     const Row rows[] = {
         {[](CubeCase& c) { c.picture.width = 10; }, "10 x 400 pixels"},
         {[](CubeCase& c) { c.picture.height = 100000; }, "640 x 100000 pixels"},
-        {[](CubeCase& c) { c.picture.colorScale = "rainbow"; }, "choose one of viridis, grey"},
+        {[](CubeCase& c) { c.picture.colorScale = "rainbow"; },
+         "choose one of viridis, cividis, blue-red, grey"},
         {[](CubeCase& c) { c.picture.view = ""; }, "choose one of iso, front"},
         {[](CubeCase& c) { c.picture.values = c.picture.values.first(7); }, "7 values for 125 nodes"},
         {[](CubeCase& c) {
@@ -244,7 +245,7 @@ TEST(ContourPicture, WhatCannotBeDrawnIsRefusedWithASentence) {
 TEST(ContourPicture, AFileThatCannotBeWrittenLeavesTheEarlierOneAndNoOther) {
     const Folder folder;
     const CubeCase cube;
-    const auto missing = writeContourPng(cube.picture, folder / "none/cube.png");
+    const auto missing = writeContour(cube.picture, folder / "none/cube.png");
     ASSERT_FALSE(missing);
     EXPECT_NE(missing.error().message.find("cube.png: No such file or directory"), std::string::npos);
 
@@ -254,7 +255,7 @@ TEST(ContourPicture, AFileThatCannotBeWrittenLeavesTheEarlierOneAndNoOther) {
     const rlimit small{1000, usual.rlim_max};
     ::signal(SIGXFSZ, SIG_IGN);
     ::setrlimit(RLIMIT_FSIZE, &small);
-    const auto full = writeContourPng(cube.picture, folder / "cube.png");
+    const auto full = writeContour(cube.picture, folder / "cube.png");
     ::setrlimit(RLIMIT_FSIZE, &usual);
     ASSERT_FALSE(full);
     EXPECT_NE(full.error().message.find("cube.png: File too large"), std::string::npos)

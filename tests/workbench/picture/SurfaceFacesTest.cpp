@@ -132,8 +132,8 @@ TEST(SurfaceFaces, AThreeNodeLineIsDrawnThroughItsMiddleWhereverThatIsListed) {
         const auto surface = surfaceFacesOf(mesh.view());
         ASSERT_TRUE(surface);
         ASSERT_EQ(surface->segments.size(), 2u);
-        for (const auto& [from, to] : surface->segments)
-            EXPECT_DOUBLE_EQ(std::abs(mesh.positions[from][0] - mesh.positions[to][0]), 1.0);
+        for (const auto& [ends, element] : surface->segments)
+            EXPECT_DOUBLE_EQ(std::abs(mesh.positions[ends[0]][0] - mesh.positions[ends[1]][0]), 1.0);
     }
 }
 

@@ -16,7 +16,10 @@ ContourSurface surfaceOf(const PictureMesh& mesh) {
     const std::vector<float> values(mesh.positions.size(), 1.0f);
     const auto levels = ScaleLevels::make(extentOf(values), ValueScale::Linear, {});
     const auto faces = surfaceFacesOf(mesh.view());
-    return contourSurfaceOf(*faces, mesh.positions, values, *levels);
+    SurfaceInput input;
+    input.positions = mesh.positions;
+    input.values = values;
+    return contourSurfaceOf(*faces, input, *levels);
 }
 
 } // namespace

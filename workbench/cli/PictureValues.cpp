@@ -1,0 +1,69 @@
+#include "workbench/cli/PictureValues.h"
+
+#include "framework/text/CodePage.h"
+#include "host/ElementTypes.h"
+#include "workbench/results/Catalogue.h"
+#include "workbench/results/ResultQuery.h"
+
+#include <algorithm>
+
+namespace workbench::cli {
+namespace {
+
+constexpr std::array<unsigned, 3> kDisplacements{101, 102, 103};
+
+enum class Family { Any, Solid, Planar };
+
+/// By the first two of the six digits of a tensor component; edition C has other numbers for the same.
+Family familyOf(unsigned id) {
+    if (const unsigned source = sourceOfAlias(id)) id = source;
+    switch (id / 10000) {
+    case 31:
+        return Family::Solid;
+    case 41:
+    case 42:
+    case 43:
+    case 45:
+    case 48:
+        return Family::Planar;
+    default:
+        return Family::Any;
+    }
+}
+
+} // namespace
+
+Result<std::vector<std::array<float, 3>>> displacementsOf(CPOHVCase& step, const T_QM_MESH_D& mesh) {
+    std::vector<std::array<float, 3>> vectors(mesh.nodeCount());
+    for (std::size_t c = 0; c < kDisplacements.size(); ++c) {
+        CVResult* table = step.GetVResult(kDisplacements[c]);
+        if (!table)
+            return Error{
+                "step \"" + framework::toUtf8(step.GetName()) +
+                "\" has no displacements (components 101 to 103), which a deformed shape needs: leave "
+                "--deform out or choose a step that has them"};
+        const auto values = nodalValues(*table, mesh);
+        if (!values) return values.error();
+        for (std::size_t node = 0; node < vectors.size(); ++node)
+            vectors[node][c] = (*values)[node];
+    }
+    return vectors;
+}
+
+std::vector<std::uint8_t> valuedElements(const T_RESULT_TABLE_D& table, const T_QM_MESH_D& mesh) {
+    std::vector<std::uint8_t> valued;
+    if (table.location == ResultLocation::ElementCorner) {
+        if (table.items.empty()) return valued;
+        valued.assign(mesh.elementCount(), 0);
+        for (const std::uint32_t element : table.items)
+            valued[element] = 1;
+        return valued;
+    }
+    const Family family = familyOf(table.id);
+    if (family == Family::Any) return valued;
+    for (const std::uint8_t type : mesh.elementTypes)
+        valued.push_back(family == Family::Solid ? isSolidElement(type) : isPlanarElement(type));
+    return valued;
+}
+
+} // namespace workbench::cli

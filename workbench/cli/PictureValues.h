@@ -1,0 +1,20 @@
+#pragma once
+
+#include "base/Result.h"
+#include "host/POHTree.h"
+#include "host/records/Mesh.h"
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+namespace workbench::cli {
+
+/// One displacement a node from the components X, Y and Z of the step; NaN where a node has none.
+Result<std::vector<std::array<float, 3>>> displacementsOf(CPOHVCase& step, const T_QM_MESH_D& mesh);
+
+/// Which elements can have values of this table: those that it lists, where it stands at element corners;
+/// else those of its family, solid or planar. Empty when all can.
+std::vector<std::uint8_t> valuedElements(const T_RESULT_TABLE_D& table, const T_QM_MESH_D& mesh);
+
+} // namespace workbench::cli
