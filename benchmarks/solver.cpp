@@ -1,6 +1,5 @@
 // The fatigue solver: time a plane of the critical-plane search beside projecting and counting alone, and a
-// whole run over a large file beside reading the same file. With two free processors a run of two threads
-// lasts as long as its reading thread works, or as half of its processor time, whichever is longer.
+// whole run over a large file beside reading the same file, from the disk and from memory.
 // Arguments: nodes of the run (default 1000000).
 
 #include "solver/CriticalPlane.h"
@@ -8,6 +7,7 @@
 #include "solver/PlaneSet.h"
 #include "solver/Program.h"
 
+#include <fcntl.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -22,6 +22,7 @@
 #include <iostream>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -45,10 +46,9 @@ class Random {
     std::uint64_t state_ = 1;
 };
 
-/// Seconds on the wall's clock, and of processor time, which other programs disturb less: over all threads,
-/// and on the calling one alone.
+/// Seconds on the wall's clock, and of processor time over all threads, which other programs disturb less.
 struct Elapsed {
-    double wall, processor, caller;
+    double wall, processor;
 };
 
 Elapsed measure(const std::function<void()>& work) {
@@ -57,11 +57,9 @@ Elapsed measure(const std::function<void()>& work) {
         ::clock_gettime(clock, &time);
         return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
     };
-    const double wall = now(CLOCK_MONOTONIC), processor = now(CLOCK_PROCESS_CPUTIME_ID),
-                 caller = now(CLOCK_THREAD_CPUTIME_ID);
+    const double wall = now(CLOCK_MONOTONIC), processor = now(CLOCK_PROCESS_CPUTIME_ID);
     work();
-    return {now(CLOCK_MONOTONIC) - wall, now(CLOCK_PROCESS_CPUTIME_ID) - processor,
-            now(CLOCK_THREAD_CPUTIME_ID) - caller};
+    return {now(CLOCK_MONOTONIC) - wall, now(CLOCK_PROCESS_CPUTIME_ID) - processor};
 }
 
 solver::EvaluationPlan makePlan(bool strainLife) {
@@ -118,13 +116,12 @@ void measurePlanes(const char* name, bool strainLife, double noise) {
     const auto planes = static_cast<double>(search.planesSeen());
     // Every plane of the set, none left out: projected, counted, summed up.
     const auto normals = solver::PlaneSet::instance().normals();
-    const double each =
-        measure([&] {
-            for (const auto& node : nodes)
-                for (const auto& normal : normals)
-                    sumHistory(plan, plan.corrections, search.project({node}, normal),
-                               std::span(&material, 1), scratch, governing, solver::Lives::LookedUp);
-        }).processor;
+    const double each = measure([&] {
+                            for (const auto& node : nodes)
+                                for (const auto& normal : normals)
+                                    sumHistory(plan, plan.corrections, search.project({node}, normal),
+                                               std::span(&material, 1), scratch, governing);
+                        }).processor;
     const double eachPlanes = static_cast<double>(kPlaneNodes * normals.size());
     std::printf("%-46s %5.2f us of processor a plane and node (limit 1.5), %5.2f when no plane is left out; "
                 "%4.0f planes a node\n",
@@ -206,26 +203,46 @@ bool readAlone(const std::filesystem::path& path) {
     }
 }
 
+/// Lets the system forget what it holds of a file, so that it comes from the disk again.
+bool dropFromMemory(const std::filesystem::path& path) {
+    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file < 0) return false;
+    const bool good = ::fsync(file) == 0 && ::posix_fadvise(file, 0, 0, POSIX_FADV_DONTNEED) == 0;
+    ::close(file);
+    return good;
+}
+
 bool measureRun(int nodes) {
     const auto folder = std::filesystem::temp_directory_path() / ("vexa_bench_" + std::to_string(::getpid()));
     std::filesystem::create_directory(folder);
     const auto file = folder / "FATIGUE.76";
     bool good = writeFile(file, (folder / "model").string(), nodes);
     const double megabytes = good ? static_cast<double>(std::filesystem::file_size(file)) / 1e6 : 0;
-    good = good && readAlone(file); // brings the file into memory
-    const Elapsed reading = measure([&] { good = readAlone(file) && good; });
-    std::printf("%d nodes x %d steps, %.0f MB, principal measure: reading %.2f s, processor %.2f s\n", nodes,
-                kSteps, megabytes, reading.wall, reading.processor);
-    for (const char* threads : {"1", "2"}) {
-        std::ostringstream out, err;
-        const std::vector<std::string> arguments{"--threads", threads, file.string()};
-        int code = 0;
-        const Elapsed whole = measure([&] { code = solver::run(arguments, "", out, err); });
-        good = good && code == 0;
-        std::printf("  run with --threads %s: %5.2f s, %.2f of reading; processor %.2f s, %.2f of reading; "
-                    "reading thread %.2f s, %.2f of reading\n",
-                    threads, whole.wall, whole.wall / reading.wall, whole.processor,
-                    whole.processor / reading.processor, whole.caller, whole.caller / reading.processor);
+    std::printf("%d nodes x %d steps, %.0f MB, principal measure, %u processors\n", nodes, kSteps, megabytes,
+                std::thread::hardware_concurrency());
+    for (const bool fromDisk : {true, false}) {
+        const auto prepare = [&] { return fromDisk ? dropFromMemory(file) : readAlone(file); };
+        const auto best = [&](const std::function<void()>& work) {
+            Elapsed least{1e9, 1e9};
+            for (int i = 0; i < 3; ++i) {
+                good = good && prepare();
+                const Elapsed once = measure(work);
+                least = {std::min(least.wall, once.wall), std::min(least.processor, once.processor)};
+            }
+            return least;
+        };
+        const Elapsed reading = best([&] { good = good && readAlone(file); });
+        std::printf("  %s: reading alone %.2f s, processor %.2f s\n",
+                    fromDisk ? "from the disk" : "from memory", reading.wall, reading.processor);
+        for (const char* threads : {"1", "2"}) {
+            std::ostringstream out, err;
+            const std::vector<std::string> arguments{"--threads", threads, file.string()};
+            const Elapsed whole = best([&] { good = good && solver::run(arguments, "", out, err) == 0; });
+            std::printf(
+                "    run with --threads %s: %5.2f s, %.2f of reading; processor %.2f s, %.2f of reading\n",
+                threads, whole.wall, whole.wall / reading.wall, whole.processor,
+                whole.processor / reading.processor);
+        }
     }
     std::filesystem::remove_all(folder);
     return good;

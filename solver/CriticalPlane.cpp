@@ -94,7 +94,7 @@ void PlaneSearch::scanGrid(const Task& task, std::span<Governing> best) {
             }
         if (pending_.empty()) continue;
         found_.resize(pending_.size());
-        sumHistory(task.plan, pending_, history, task.materials, task.scratch, found_, Lives::LookedUp);
+        sumHistory(task.plan, pending_, history, task.materials, task.scratch, found_);
         for (std::size_t k = 0; k < pending_.size(); ++k) {
             const std::size_t c = pendingAt_[k];
             found_[k].normal = normals[plane];
@@ -104,12 +104,11 @@ void PlaneSearch::scanGrid(const Task& task, std::span<Governing> best) {
     }
 }
 
-Governing PlaneSearch::evaluate(const Task& task, std::size_t correction, const Vector3& normal,
-                                Lives lives) {
+Governing PlaneSearch::evaluate(const Task& task, std::size_t correction, const Vector3& normal) {
     Governing found;
     const ScalarHistory history = project(task.node, normal);
     sumHistory(task.plan, std::span(&task.plan.corrections[correction], 1), history, task.materials,
-               task.scratch, std::span(&found, 1), lives);
+               task.scratch, std::span(&found, 1));
     found.normal = normal;
     return found;
 }
@@ -188,7 +187,6 @@ void PlaneSearch::search(const EvaluationPlan& plan, const NodeTensors& node,
             if (sizeOf(plane, coarse) >= kCandidateShare * sizeOf(coarse, coarse))
                 candidates_.push_back({plane});
         governing[c] = refine(task, c);
-        if (!isStressLife(plan.type)) governing[c] = evaluate(task, c, governing[c].normal, Lives::Solved);
         governing[c].normal = withStatedSign(governing[c].normal);
     }
 }

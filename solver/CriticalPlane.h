@@ -45,8 +45,7 @@ class PlaneSearch {
         bool settled = false; ///< no step of the present size makes it worse
     };
     bool mayMatter(const Task& task, unsigned correction, const Governing& best) const;
-    Governing evaluate(const Task& task, std::size_t correction, const Vector3& normal,
-                       Lives lives = Lives::LookedUp);
+    Governing evaluate(const Task& task, std::size_t correction, const Vector3& normal);
     void scanGrid(const Task& task, std::span<Governing> best);
     bool move(const Task& task, std::size_t correction, double step, Governing& best);
     void prune(double step);

@@ -22,14 +22,17 @@ NodeBatch single(const Definition& definition, const NodeBatch& batch, std::size
 
 /// The strains as they were counted, with the factor of the material's Poisson's ratio, and their stresses,
 /// also between the turning points.
-void fillStrains(const EvaluationPlan& plan, std::span<const StressStrain> points, CycleReport& report) {
+void fillStrains(const EvaluationPlan& plan, const ScalarHistory& history, CycleReport& report) {
     const StrainLifeModel& model = plan.strainMaterials[report.outcome.material];
-    const bool follow = !plan.stressMeasure && model.hasCyclicCurve();
-    HysteresisPath path;
+    const double factor = plan.measure->ofShear ? model.shearMeasureFactor() : 1.0;
+    std::vector<StressStrain> points(history.values.size());
+    for (std::size_t i = 0; i < points.size(); ++i)
+        points[i] = {factor * history.values[i], plan.stressMeasure ? history.stress[i] : 0.0};
+    if (!plan.stressMeasure && model.hasCyclicCurve()) HysteresisPath().follow(model, points);
     report.history.clear();
     for (const StressStrain& point : points) {
         report.history.push_back(point.strain);
-        report.stress.push_back(follow ? path.stressAt(model, point.strain) : point.stress);
+        report.stress.push_back(point.stress);
     }
 }
 
@@ -52,7 +55,7 @@ Result<std::vector<CycleReport>> reportCycles(const Definition& definition, cons
         report.history.assign(history->values.begin(), history->values.end());
         report.cycles =
             evaluateEachCycle(plan, plan.corrections[i], *history, outcomes[i].material, evaluator.scratch());
-        if (!isStressLife(plan.type)) fillStrains(plan, evaluator.scratch().strain.points, report);
+        if (!isStressLife(plan.type)) fillStrains(plan, *history, report);
         reports.push_back(std::move(report));
     }
     return reports;

@@ -100,16 +100,15 @@ bool Governing::worseThan(const Governing& other) const {
 
 void sumHistory(const EvaluationPlan& plan, std::span<const unsigned> corrections,
                 const ScalarHistory& history, std::span<const std::uint32_t> materials,
-                EvaluationScratch& scratch, std::span<Governing> governing, Lives lives) {
+                EvaluationScratch& scratch, std::span<Governing> governing) {
     const bool stressLife = isStressLife(plan.type);
-    const auto& strainMaterials = lives == Lives::LookedUp ? plan.quickMaterials : plan.strainMaterials;
     if (stressLife) countStress(plan, history, scratch);
     for (const std::uint32_t material : materials) {
-        if (!stressLife) countStrain(plan, history, strainMaterials[material], scratch);
+        if (!stressLife) countStrain(plan, history, plan.strainMaterials[material], scratch);
         for (std::size_t i = 0; i < corrections.size(); ++i) {
             const BlockSums sums = stressLife ? sumBlock(plan.materials[material], corrections[i],
                                                          plan.infiniteLife, scratch.cycles)
-                                              : sumBlock(strainMaterials[material], corrections[i],
+                                              : sumBlock(plan.strainMaterials[material], corrections[i],
                                                          plan.infiniteLife, scratch.strainCycles);
             const Governing candidate{sums, material, {}};
             if (material == materials.front() || candidate.worseThan(governing[i])) governing[i] = candidate;
@@ -143,7 +142,7 @@ DamageBound boundDamage(const EvaluationPlan& plan, unsigned correction, std::ui
             fewest = lifeOf(model, correction, Cycle{range, 0.5 * (extremes.largest + extremes.smallest), 1})
                          .cycles;
     } else {
-        const StrainLifeModel& model = plan.quickMaterials[material];
+        const StrainLifeModel& model = plan.strainMaterials[material];
         if (!plan.stressMeasure)
             largestStress = model.stressAt(std::max(std::abs(extremes.largest), std::abs(extremes.smallest)));
         fewest = model.cyclesToFailure(correction, {{range, 0, 1}, largestStress, largestStress});

@@ -31,7 +31,6 @@ struct EvaluationPlan {
         nullptr;                                  ///< of the stress beside the strain, where the file has it
     std::vector<MaterialModel> materials;         ///< stress-life types
     std::vector<StrainLifeModel> strainMaterials; ///< the other types
-    std::vector<StrainLifeModel> quickMaterials;  ///< the same with tables, where planes are searched
     std::vector<unsigned> corrections; ///< indices into resultfile::fatigue::kCorrections, ascending
     bool correctsMeanStress = false;   ///< some of them is more than None
     double infiniteLife = 0;           ///< cycles that take longer do no damage; no life is stated beyond it
@@ -78,15 +77,11 @@ struct EvaluationScratch {
     std::vector<Governing> governing;
 };
 
-/// How strain lives are found: by solving for them, or with the tables that tell planes apart. Stress-life
-/// knows no difference.
-enum class Lives { Solved, LookedUp };
-
 /// Evaluates one history: for each of `corrections` the material of `materials` (not empty) that governs.
 /// Sets sums and material, not the normal.
 void sumHistory(const EvaluationPlan& plan, std::span<const unsigned> corrections,
                 const ScalarHistory& history, std::span<const std::uint32_t> materials,
-                EvaluationScratch& scratch, std::span<Governing> governing, Lives lives = Lives::Solved);
+                EvaluationScratch& scratch, std::span<Governing> governing);
 
 /// A counted cycle and what it comes to.
 struct EvaluatedCycle {
@@ -114,7 +109,7 @@ struct DamageBound {
 
 /// `largestStress` is that of the history beside strains. What makes it a bound is that no counted cycle has
 /// a larger range or a larger maximum than the history, and that all rules only ever shorten lives when
-/// either grows. Lives are looked up.
+/// either grows.
 DamageBound boundDamage(const EvaluationPlan& plan, unsigned correction, std::uint32_t material,
                         TensorColumns::Extremes extremes, double largestStress, std::size_t length);
 

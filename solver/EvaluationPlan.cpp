@@ -99,13 +99,17 @@ Result<void> chooseMeasures(const Definition& definition, EvaluationPlan& plan) 
     return {};
 }
 
-/// The search for planes solves most.
-void addTables(EvaluationPlan& plan) {
+/// Tables, where so many lives are asked for that making them pays.
+void addTables(const Definition& definition, EvaluationPlan& plan) {
+    constexpr std::int32_t kManyNodes = 1000;
     constexpr std::size_t kMostTabulated = 64; // keeps memory small; lives of further ones are solved for
-    if (!plan.searchesPlanes()) return;
-    for (const StrainLifeModel& model : plan.strainMaterials)
-        plan.quickMaterials.push_back(plan.quickMaterials.size() < kMostTabulated ? model.tabulated()
-                                                                                  : model);
+    if (!plan.searchesPlanes() && definition.nodeCount < kManyNodes) return;
+    for (MaterialModel& model :
+         std::span(plan.materials).first(std::min(plan.materials.size(), kMostTabulated)))
+        model.curve = model.curve.tabulated();
+    for (StrainLifeModel& model :
+         std::span(plan.strainMaterials).first(std::min(plan.strainMaterials.size(), kMostTabulated)))
+        model = model.tabulated();
 }
 
 } // namespace
@@ -122,7 +126,7 @@ Result<EvaluationPlan> makePlan(const Definition& definition, std::vector<std::s
     plan.blocks = definition.loadCycleCount;
     if (const auto added = addMaterials(definition, plan); !added) return added.error();
     if (const auto added = addCorrections(definition, plan, notes); !added) return added.error();
-    addTables(plan);
+    addTables(definition, plan);
     return plan;
 }
 

@@ -27,14 +27,18 @@ int octaveOf(double logarithm) {
 
 LifeCurve::LifeCurve(std::vector<double> logCycles, std::vector<double> logAmplitudes)
     : logCycles_(std::move(logCycles))
-    , logAmplitudes_(std::move(logAmplitudes)) {
+    , logAmplitudes_(std::move(logAmplitudes)) {}
+
+LifeCurve LifeCurve::tabulated() const {
     // Lives beyond are solved for when they come, and flat curves of many octaves are not worth more.
     constexpr double kLongestLife = 1e15;
     constexpr int kMostOctaves = 64;
     const int end = octaveOf(std::log(amplitudeAt(kFewestCycles))) + 1;
     const int first = octaveOf(std::log(amplitudeAt(kLongestLife)));
-    table_ = PieceTable([this](double amplitude) { return solveCycles(amplitude); },
-                        std::max(first, end - kMostOctaves), end);
+    LifeCurve curve = *this;
+    curve.table_ = PieceTable([this](double amplitude) { return solveCycles(amplitude); },
+                              std::max(first, end - kMostOctaves), end);
+    return curve;
 }
 
 Result<LifeCurve> LifeCurve::basquin(double coefficient, double exponent) {

@@ -23,8 +23,11 @@ class LifeCurve {
     /// stays, the smallest number of cycles counts; below a last pair of one amplitude the life is endless.
     static Result<LifeCurve> table(std::span<const CurvePoint> points);
 
-    /// kFewestCycles or more; infinity for amplitude 0 and below a horizontal end. Relative error at most
-    /// PieceTable::kError.
+    /// The same curve that looks lives up where its table holds them, several times faster, with a relative
+    /// error of PieceTable::kError at most. Takes up to a millisecond and 130 kilobytes.
+    LifeCurve tabulated() const;
+
+    /// kFewestCycles or more; infinity for amplitude 0 and below a horizontal end.
     double cyclesToFailure(double amplitude) const {
         const double cycles = table_.at(amplitude);
         return std::isnan(cycles) ? solveCycles(amplitude) : cycles;
@@ -39,7 +42,7 @@ class LifeCurve {
     /// Natural logarithms of the points, two or more; cycles ascend, amplitudes do not ascend.
     std::vector<double> logCycles_;
     std::vector<double> logAmplitudes_;
-    PieceTable table_; ///< of solveCycles, where lives matter
+    PieceTable table_; ///< of solveCycles, where lives matter; may hold nothing
 };
 
 } // namespace solver

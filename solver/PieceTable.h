@@ -38,7 +38,8 @@ class PieceTable {
     static constexpr int kMantissaBits = 52, kPieceBits = 5;
     static constexpr std::uint64_t kMantissa = (std::uint64_t{1} << kMantissaBits) - 1;
     static constexpr std::size_t kTerms = 8;
-    using Piece = std::array<double, kTerms>; ///< coefficients, the lowest power first
+    /// Coefficients, the lowest power first; in one line of the processor's cache.
+    struct alignas(64) Piece : std::array<double, kTerms> {};
 
     /// In pairs of powers, which need not wait for each other.
     static double evaluate(const Piece& c, double v) {

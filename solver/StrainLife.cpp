@@ -50,6 +50,7 @@ TwoPowers cyclicCurve(const StrainLifeMaterial& m) {
 
 StrainLifeModel::StrainLifeModel(const StrainLifeMaterial& m)
     : strength_(m.fatigueStrengthCoefficient)
+    , strengthShare_(1.0 / strength_)
     , b_(m.fatigueStrengthExponent)
     , c_(m.fatigueDuctilityExponent)
     , logElastic_(std::log(strength_) - std::log(m.modulus))
@@ -98,31 +99,6 @@ StrainLifeModel StrainLifeModel::tabulated() const {
     return model;
 }
 
-namespace {
-
-/// As StrainLifeModel::solveCycles, in reversals; not a number where the tables hold nothing.
-double lookUpReversals(const StrainLifeTables& tables, double strength, unsigned correction,
-                       const StrainCycle& cycle) {
-    const double amplitude = 0.5 * cycle.range;
-    if (correction == fatigue::kSwt)
-        return tables.reversalsOfParameter.at(cycle.largestStress / strength * amplitude);
-    if (correction == fatigue::kNone || cycle.meanStress <= 0) return tables.reversals.at(amplitude);
-    const double rest = 1.0 - cycle.meanStress / strength;
-    if (correction == fatigue::kMansonHalford)
-        return tables.mansonHalfordLife.at(rest) * tables.reversals.at(amplitude);
-    return tables.morrowLife.at(rest) * tables.reversals.at(tables.morrowAmplitude.at(rest) * amplitude);
-}
-
-} // namespace
-
-double StrainLifeModel::cyclesToFailure(unsigned correction, const StrainCycle& cycle) const {
-    if (tables_) {
-        const double reversals = lookUpReversals(*tables_, strength_, correction, cycle);
-        if (std::isfinite(reversals)) return std::max(0.5 * reversals, LifeCurve::kFewestCycles);
-    }
-    return solveCycles(correction, cycle);
-}
-
 double StrainLifeModel::solveCycles(unsigned correction, const StrainCycle& cycle) const {
     const double amplitude = 0.5 * cycle.range;
     if (!(amplitude > 0)) return kEndless;
@@ -146,61 +122,79 @@ double StrainLifeModel::amplitudeAt(double cycles) const {
     return std::exp(strainLife_.logValue(std::log(2.0 * cycles)));
 }
 
-double StrainLifeModel::stressAt(double strain) const {
-    if (tables_) {
-        const double stress = tables_->stress.at(std::abs(strain));
-        if (std::isfinite(stress)) return std::copysign(stress, strain);
-    }
-    return solveStress(strain);
-}
-
 double StrainLifeModel::solveStress(double strain) const {
     if (strain == 0) return 0;
     return std::copysign(std::exp(cyclicCurve_.logArgument(std::log(std::abs(strain)))), strain);
 }
 
-void HysteresisPath::clear() {
-    origins_.clear();
-    current_ = {};
+void HysteresisPath::findOrigins(std::span<const StressStrain> points) {
+    origins_.resize(points.size());
+    open_.resize(points.size());
+    std::int32_t* const open = open_.data();
+    std::size_t depth = 0;
+    const auto strainAt = [&](std::int32_t point) { return points[static_cast<std::size_t>(point)].strain; };
+    double before = 0;
+    for (std::int32_t i = 0; i < static_cast<std::int32_t>(points.size()); ++i) {
+        const double strain = strainAt(i);
+        std::int32_t& origin = origins_[static_cast<std::size_t>(i)];
+        if (i > 0 && strain == before) {
+            origin = kAsBefore;
+            continue;
+        }
+        const bool rising = strain > before;
+        // A reversal: the way so far went against the new one. On the cyclic curve, outwards is no reversal,
+        // and what starts there is taken off again below.
+        if (i > 0 && (depth == 0 || rising != (before > strainAt(open[depth - 1])))) open[depth++] = i - 1;
+        before = strain;
+        // Beyond the outermost reversal, of either sign, the cyclic curve goes on.
+        if (depth == 0 || std::abs(strain) >= std::abs(strainAt(open[0]))) {
+            depth = 0;
+            origin = kCyclicCurve;
+            continue;
+        }
+        const auto passed = [&](double other) { return rising ? strain >= other : strain <= other; };
+        while (depth >= 3 && passed(strainAt(open[depth - 2])))
+            depth -= 2;
+        origin = open[depth - 1];
+    }
 }
 
-double HysteresisPath::stressAt(const StrainLifeModel& model, double strain) {
-    if (strain == current_.strain) return current_.stress;
-    const bool rising = strain > current_.strain;
-    // A reversal: the way so far went against the new one. On the cyclic curve, outwards is no reversal, and
-    // what starts there is taken off again below.
-    if (origins_.empty() || rising != (current_.strain > origins_.back().strain))
-        origins_.push_back(current_);
-    // Beyond the outermost reversal, of either sign, the cyclic curve goes on.
-    if (std::abs(strain) >= std::abs(origins_.front().strain)) {
-        origins_.clear();
-        current_ = {strain, model.stressAt(strain)};
-        return current_.stress;
+void HysteresisPath::follow(const StrainLifeModel& model, std::span<StressStrain> points) {
+    findOrigins(points);
+    // In a loop of its own, which looks many stresses up at once.
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const std::int32_t from = origins_[i];
+        StressStrain& point = points[i];
+        if (from == kAsBefore) {
+            point.stress = points[i - 1].stress;
+        } else if (from == kCyclicCurve) {
+            point.stress = model.stressAt(point.strain);
+        } else {
+            const StressStrain& origin = points[static_cast<std::size_t>(from)];
+            point.stress = origin.stress + 2.0 * model.stressAt(0.5 * (point.strain - origin.strain));
+        }
     }
-    const auto passed = [&](double other) { return rising ? strain >= other : strain <= other; };
-    while (origins_.size() >= 3 && passed(origins_[origins_.size() - 2].strain))
-        origins_.resize(origins_.size() - 2);
-    const StressStrain& origin = origins_.back();
-    current_ = {strain, origin.stress + 2.0 * model.stressAt(0.5 * (strain - origin.strain))};
-    return current_.stress;
 }
 
 void followStresses(const StrainLifeModel& model, std::span<const double> strain, double factor,
                     std::span<const double> stress, bool follow, StrainScratch& scratch) {
     auto& points = scratch.points;
     points.resize(strain.size());
-    for (std::size_t i = 0; i < strain.size(); ++i)
-        points[i] = {factor * strain[i], stress.empty() ? 0.0 : stress[i]};
-    if (!stress.empty() || !follow || !model.hasCyclicCurve()) return;
-    // Between turning points the stress is not asked for, and following the hysteresis is dear.
-    scratch.path.clear();
-    const std::size_t last = points.size() - 1;
-    for (std::size_t i = 0; i <= last; ++i) {
-        const bool turns =
-            i == 0 || i == last ||
-            (points[i].strain - points[i - 1].strain) * (points[i + 1].strain - points[i].strain) <= 0;
-        if (turns) points[i].stress = scratch.path.stressAt(model, points[i].strain);
+    const auto point = [&](std::size_t i) {
+        return StressStrain{factor * strain[i], stress.empty() ? 0.0 : stress[i]};
+    };
+    // Turning points alone; without a branch, since whether a history turns cannot be foretold.
+    const std::size_t last = strain.size() - 1;
+    std::size_t found = 0;
+    points[found++] = point(0);
+    for (std::size_t i = 1; i < last; ++i) {
+        points[found] = point(i);
+        found += (strain[i] - strain[i - 1]) * (strain[i + 1] - strain[i]) <= 0;
     }
+    if (last > 0) points[found++] = point(last);
+    points.resize(found);
+    if (!stress.empty() || !follow || !model.hasCyclicCurve()) return;
+    scratch.path.follow(model, points);
 }
 
 void countStrainCycles(StrainScratch& scratch, std::vector<StrainCycle>& cycles) {

@@ -1,11 +1,17 @@
 #pragma once
 
 #include "base/Result.h"
+#include "resultfile/FatigueComponents.h"
 #include "solver/Definition.h"
+#include "solver/LifeCurve.h"
 #include "solver/Rainflow.h"
 #include "solver/StrainLifeTables.h"
 #include "solver/TwoPowers.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <vector>
@@ -55,9 +61,11 @@ class StrainLifeModel {
   private:
     explicit StrainLifeModel(const StrainLifeMaterial& material);
     double solveCycles(unsigned correction, const StrainCycle& cycle) const;
+    double lookUpReversals(unsigned correction, const StrainCycle& cycle) const;
     double solveStress(double strain) const;
 
-    double strength_; ///< sigma_f'
+    double strength_;      ///< sigma_f'
+    double strengthShare_; ///< 1 / sigma_f'
     double b_, c_;
     double logElastic_; ///< ln(sigma_f' / E)
     double logPlastic_; ///< ln(eps_f')
@@ -69,6 +77,36 @@ class StrainLifeModel {
     std::shared_ptr<const StrainLifeTables> tables_;
 };
 
+inline double StrainLifeModel::cyclesToFailure(unsigned correction, const StrainCycle& cycle) const {
+    if (tables_) {
+        const double reversals = lookUpReversals(correction, cycle);
+        if (std::isfinite(reversals)) return std::max(0.5 * reversals, LifeCurve::kFewestCycles);
+    }
+    return solveCycles(correction, cycle);
+}
+
+/// As solveCycles, in reversals; not a number where the tables hold nothing.
+inline double StrainLifeModel::lookUpReversals(unsigned correction, const StrainCycle& cycle) const {
+    namespace fatigue = resultfile::fatigue;
+    const double amplitude = 0.5 * cycle.range;
+    if (correction == fatigue::kSwt)
+        return tables_->reversalsOfParameter.at(cycle.largestStress * strengthShare_ * amplitude);
+    if (correction == fatigue::kNone || cycle.meanStress <= 0) return tables_->reversals.at(amplitude);
+    const double rest = 1.0 - cycle.meanStress * strengthShare_;
+    if (correction == fatigue::kMansonHalford)
+        return tables_->mansonHalfordLife.at(rest) * tables_->reversals.at(amplitude);
+    return tables_->morrowLife.at(rest) *
+           tables_->reversals.at(tables_->morrowAmplitude.at(rest) * amplitude);
+}
+
+inline double StrainLifeModel::stressAt(double strain) const {
+    if (tables_) {
+        const double stress = tables_->stress.at(std::abs(strain));
+        if (std::isfinite(stress)) return std::copysign(stress, strain);
+    }
+    return solveStress(strain);
+}
+
 /// The stresses of a strain history on the material's hysteresis branches. The material starts without
 /// strain and stress and follows its cyclic curve; after each reversal the branch is the cyclic curve doubled
 /// (G. Masing, 1926); where a branch comes back to the point that an earlier one left, the earlier one goes
@@ -76,13 +114,15 @@ class StrainLifeModel {
 /// either sign, the cyclic curve does.
 class HysteresisPath {
   public:
-    void clear();
-    /// The stress at the next turning point. Points between turning points do no harm.
-    double stressAt(const StrainLifeModel& model, double strain);
+    /// Sets the stresses of a history from its strains. Points between turning points do no harm.
+    void follow(const StrainLifeModel& model, std::span<StressStrain> points);
 
   private:
-    std::vector<StressStrain> origins_; ///< reversals from which open branches start, outermost first
-    StressStrain current_;
+    static constexpr std::int32_t kCyclicCurve = -1, kAsBefore = -2;
+    void findOrigins(std::span<const StressStrain> points);
+
+    std::vector<std::int32_t> origins_; ///< of each point: where its branch starts, or one of the constants
+    std::vector<std::int32_t> open_;    ///< reversals from which open branches start, outermost first
 };
 
 /// Memory for counting strain histories.
@@ -92,9 +132,9 @@ struct StrainScratch {
     std::vector<StressStrain> points;
 };
 
-/// Strain times `factor`, beside the stress that goes with it: `stress` when it is given, else, when `follow`
-/// is set and the material has a cyclic curve, that of its hysteresis (at turning points, 0 in between), else
-/// 0. Into scratch.points.
+/// The turning points of a strain history, which is not empty, times `factor`, beside the stress that goes
+/// with them: `stress` when it is given, else, when `follow` is set and the material has a cyclic curve, that
+/// of its hysteresis, else 0. Into scratch.points.
 void followStresses(const StrainLifeModel& model, std::span<const double> strain, double factor,
                     std::span<const double> stress, bool follow, StrainScratch& scratch);
 

@@ -20,6 +20,7 @@ EvaluationPlan planFor(AnalysisType type, bool tabulated, double infiniteLife) {
     Definition definition;
     definition.type = type;
     definition.stressOption = definition.strainOption = 1;
+    definition.nodeCount = 1000; // enough for tables
     definition.corrections = {true, true, true, true, !tabulated, true};
     definition.outputs = {true, true, true};
     definition.infiniteLife = infiniteLife;

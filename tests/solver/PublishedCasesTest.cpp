@@ -97,11 +97,11 @@ double blocksToFailure() {
 /// The stress after the last of some turning points.
 double stressAfter(const solver::StrainLifeMaterial& material, const std::vector<double>& strains) {
     const auto model = solver::StrainLifeModel::make(material);
-    solver::HysteresisPath path;
-    double stress = 0;
+    std::vector<solver::StressStrain> points;
     for (const double strain : strains)
-        stress = path.stressAt(*model, strain);
-    return stress;
+        points.push_back({strain, 0});
+    solver::HysteresisPath().follow(*model, points);
+    return points.back().stress;
 }
 
 constexpr const char* kAstm = "ASTM E1049-85, 5.4.4, example";
