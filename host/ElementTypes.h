@@ -21,11 +21,12 @@ enum class ElementType : std::uint8_t {
     Pyramid13 = 13,
     Wedge15 = 14,
     Hex20 = 15,
+    Spring = 16, ///< between two nodes; springs to ground are points
 };
 
 /// Number of nodes of an element of `type`; 0 for codes that this table does not know.
 constexpr int elementNodeCount(std::uint8_t type) {
-    constexpr int counts[] = {1, 2, 3, 2, 3, 4, 6, 8, 4, 5, 6, 8, 10, 13, 15, 20};
+    constexpr int counts[] = {1, 2, 3, 2, 3, 4, 6, 8, 4, 5, 6, 8, 10, 13, 15, 20, 2};
     return type < std::size(counts) ? counts[type] : 0;
 }
 

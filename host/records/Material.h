@@ -18,6 +18,8 @@ struct tagTMatl {
 
 /// Codes of tagTProp::typeCode.
 namespace PropertyType {
+inline constexpr int Line = 100;      ///< beams and trusses: no stress results
+inline constexpr int Connector = 110; ///< springs, dampers, gaps and masses: no stress results
 inline constexpr int Shell = 200;
 inline constexpr int Geogrid2D = 210;
 inline constexpr int GaugingPlate2D = 220;
@@ -35,6 +37,6 @@ struct tagTProp {
     std::wstring name;
     std::int32_t typeCode = PropertyType::Solid;
     std::int32_t plotOnly = 0; ///< 1: elements shown but without stiffness
-    double thickness = 0;      ///< 0 for solids
+    double thickness = 0;      ///< 0 for solids, lines and connectors
     std::vector<ItrKey> materialKeys;
 };

@@ -127,12 +127,22 @@ class ProjectImport {
             return set;
         auto window = TextWindow::openFile(analysis.results);
         if (!window) return window.error();
-        ResultImport import(
-            *writer, {mesh.nodeNumbers, mesh.elementNumbers, solverDecks_.front().leftOutElements},
-            solverDecks_[index].steps, analysis.cases, analysis.results.string(), [&](double part) {
-                tell("Reading " + analysis.results.filename().string(),
-                     (static_cast<double>(index) + part) / static_cast<double>(deck_.analyses.size()));
-            });
+        const ResultMesh resultMesh{mesh.nodeNumbers,
+                                    mesh.nodePositions,
+                                    mesh.elementNumbers,
+                                    mesh.elementTypes,
+                                    solverDecks_.front().elementFamilies,
+                                    mesh.elementNodeOffsets,
+                                    mesh.elementNodes,
+                                    solverDecks_.front().leftOutElements,
+                                    solverDecks_.front().elementLayers,
+                                    solverDecks_.front().solverAddsItems};
+        ResultImport import(*writer, resultMesh, solverDecks_[index].steps, analysis.cases,
+                            analysis.results.string(), [&](double part) {
+                                tell("Reading " + analysis.results.filename().string(),
+                                     (static_cast<double>(index) + part) /
+                                         static_cast<double>(deck_.analyses.size()));
+                            });
         auto read = readFrd(*window, import);
         if (read) read = import.finish();
         if (!read) return Error{read.error().message + solverLastWords(analysis.results)};

@@ -78,6 +78,7 @@ Result<void> sortElements(InpRaw& raw) {
     const auto order = sortedOrder(raw.elementNumbers);
     permute(raw.elementNumbers, order);
     permute(raw.elementTypes, order);
+    permute(raw.elementFamilies, order);
     permute(raw.elementPlaces, order);
     permuteRows(raw.elementNodeOffsets, raw.elementNodes, order);
     const std::size_t repeated = findRepeated(raw.elementNumbers);
@@ -218,9 +219,26 @@ Result<void> assembleMesh(InpRaw& raw, SolverDeck& deck) {
     deck.nodePositions = std::move(raw.nodePositions);
     deck.elementNumbers = std::move(raw.elementNumbers);
     deck.elementTypes = std::move(raw.elementTypes);
+    deck.elementFamilies = std::move(raw.elementFamilies);
     deck.elementNodeOffsets = std::move(raw.elementNodeOffsets);
     deck.leftOutElements = std::move(raw.leftOutElements);
     return {};
+}
+
+void countLayers(SolverDeck& deck) {
+    const auto layered = [](const SolverSection& section) { return section.layers > 0; };
+    if (std::none_of(deck.sections.begin(), deck.sections.end(), layered)) return;
+    deck.elementLayers.assign(deck.elementNumbers.size(), 0);
+    const NumberIndex elements(deck.elementNumbers);
+    for (const SolverSection& section : deck.sections) {
+        const auto set = std::find_if(deck.elementSets.begin(), deck.elementSets.end(), [&](const auto& one) {
+            return equalIgnoringCase(one.name, section.elementSet);
+        });
+        for (const std::int32_t number : set->numbers)
+            if (const std::uint32_t element = elements.find(number);
+                deck.elementFamilies[element] == ElementFamily::Plate)
+                deck.elementLayers[element] = static_cast<std::uint16_t>(section.layers);
+    }
 }
 
 } // namespace workbench

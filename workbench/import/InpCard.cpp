@@ -28,6 +28,13 @@ std::string withSingleBlanks(std::string_view text) {
     return result;
 }
 
+std::string withoutBlanks(std::string_view text) {
+    std::string result;
+    for (const char c : text)
+        if (c != ' ' && c != '\t') result += c;
+    return result;
+}
+
 std::string_view withoutQuotes(std::string_view text) {
     if (text.size() >= 2 && text.front() == '"' && text.back() == '"') return text.substr(1, text.size() - 2);
     return text;
@@ -43,11 +50,12 @@ InpCard parseCard(std::string_view line) {
         const std::size_t comma = findComma(line);
         const std::string_view field = trimmed(line.substr(0, comma));
         if (first) {
-            card.keyword = upperCase(withSingleBlanks(field));
+            card.title = upperCase(withSingleBlanks(field));
+            card.keyword = withoutBlanks(card.title);
         } else if (!field.empty()) {
             const std::size_t equals = field.find('=');
             InpCard::Parameter parameter;
-            parameter.name = upperCase(withSingleBlanks(field.substr(0, equals)));
+            parameter.name = withoutBlanks(upperCase(field.substr(0, equals)));
             if (equals != std::string_view::npos)
                 parameter.value = withoutQuotes(trimmed(field.substr(equals + 1)));
             card.parameters.push_back(std::move(parameter));

@@ -14,7 +14,8 @@ struct InpCard {
         std::string value; ///< as written, without quotes; empty without "="
     };
 
-    std::string keyword; ///< upper case, without the asterisk, blanks single
+    std::string keyword; ///< upper case, without the asterisk and without blanks, which do not count
+    std::string title;   ///< the same for messages, with single blanks
     std::vector<Parameter> parameters;
 
     bool has(std::string_view name) const { return find(name) != nullptr; }

@@ -46,6 +46,7 @@ struct InpRaw {
 
     std::vector<std::int32_t> elementNumbers;
     std::vector<std::uint8_t> elementTypes;
+    std::vector<ElementFamily> elementFamilies;
     std::vector<InpPlace> elementPlaces;
     std::vector<std::uint32_t> elementNodeOffsets{0};
     std::vector<std::int32_t> elementNodes; ///< node numbers
@@ -59,5 +60,8 @@ struct InpRaw {
 
 /// Sorts the mesh by number, resolves connectivity and sets, and adds all of it to `deck`. `raw` is used up.
 Result<void> assembleMesh(InpRaw& raw, SolverDeck& deck);
+
+/// Fills in the layers of the elements, by the sections of the assembled deck.
+void countLayers(SolverDeck& deck);
 
 } // namespace workbench

@@ -9,41 +9,93 @@
 #include <algorithm>
 #include <initializer_list>
 #include <limits>
+#include <optional>
 #include <span>
 #include <unordered_map>
 
 namespace workbench {
 namespace {
 
+// Keywords stand here as cards compare them, without blanks.
+
 constexpr std::string_view kProcedures[] = {"STATIC",
                                             "FREQUENCY",
                                             "BUCKLE",
                                             "DYNAMIC",
-                                            "MODAL DYNAMIC",
-                                            "STEADY STATE DYNAMICS",
-                                            "COMPLEX FREQUENCY",
-                                            "HEAT TRANSFER",
-                                            "COUPLED TEMPERATURE-DISPLACEMENT",
-                                            "UNCOUPLED TEMPERATURE-DISPLACEMENT",
+                                            "MODALDYNAMIC",
+                                            "STEADYSTATEDYNAMICS",
+                                            "COMPLEXFREQUENCY",
+                                            "HEATTRANSFER",
+                                            "COUPLEDTEMPERATURE-DISPLACEMENT",
+                                            "UNCOUPLEDTEMPERATURE-DISPLACEMENT",
                                             "VISCO",
                                             "ELECTROMAGNETICS",
                                             "SENSITIVITY",
+                                            "FEASIBLEDIRECTION",
+                                            "ROBUSTDESIGN",
                                             "GREEN",
-                                            "NO ANALYSIS",
-                                            "SUBSTRUCTURE GENERATE",
-                                            "CRACK PROPAGATION"};
+                                            "CFD",
+                                            "NOANALYSIS",
+                                            "SUBSTRUCTUREGENERATE",
+                                            "CRACKPROPAGATION"};
 
 /// Requests for the result file, and those for other files.
-constexpr std::string_view kResultRequests[] = {"NODE FILE",      "EL FILE",      "NODE OUTPUT",
-                                                "ELEMENT OUTPUT", "CONTACT FILE", "CONTACT OUTPUT"};
-constexpr std::string_view kPrintRequests[] = {"NODE PRINT",    "EL PRINT", "CONTACT PRINT",
-                                               "SECTION PRINT", "OUTPUT",   "RESTART"};
+constexpr std::string_view kResultRequests[] = {"NODEFILE",      "ELFILE",      "NODEOUTPUT",
+                                                "ELEMENTOUTPUT", "CONTACTFILE", "CONTACTOUTPUT"};
+constexpr std::string_view kPrintRequests[] = {"NODEPRINT",    "ELPRINT", "CONTACTPRINT",
+                                               "SECTIONPRINT", "OUTPUT",  "RESTART"};
 
-constexpr std::string_view kLoads[] = {
-    "BOUNDARY", "CLOAD",       "DLOAD",     "DSLOAD",   "TEMPERATURE",
-    "CFLUX",    "DFLUX",       "FILM",      "RADIATE",  "BASE MOTION",
-    "EQUATION", "MPC",         "AMPLITUDE", "COUPLING", "INITIAL CONDITIONS",
-    "TIE",      "CONTACT PAIR"};
+constexpr std::string_view kLoads[] = {"BOUNDARY",
+                                       "CLOAD",
+                                       "DLOAD",
+                                       "DSLOAD",
+                                       "TEMPERATURE",
+                                       "CFLUX",
+                                       "DFLUX",
+                                       "FILM",
+                                       "RADIATE",
+                                       "BASEMOTION",
+                                       "EQUATION",
+                                       "MPC",
+                                       "AMPLITUDE",
+                                       "COUPLING",
+                                       "INITIALCONDITIONS",
+                                       "TIE",
+                                       "CONTACTPAIR",
+                                       "SURFACE",
+                                       "SURFACEBEHAVIOR",
+                                       "FRICTION",
+                                       "SURFACEINTERACTION",
+                                       "RIGIDBODY",
+                                       "KINEMATIC",
+                                       "DISTRIBUTING",
+                                       "CYCLICSYMMETRYMODEL",
+                                       "PRE-TENSIONSECTION",
+                                       "GAPCONDUCTANCE"};
+
+/// Laws in place of linear elasticity, and other data of materials.
+constexpr std::string_view kOtherLaws[] = {"HYPERELASTIC", "HYPERFOAM", "USERMATERIAL"};
+constexpr std::string_view kMaterialData[] = {"PLASTIC",
+                                              "CYCLICHARDENING",
+                                              "CREEP",
+                                              "DEFORMATIONPLASTICITY",
+                                              "EXPANSION",
+                                              "CONDUCTIVITY",
+                                              "SPECIFICHEAT",
+                                              "DAMPING",
+                                              "DEPVAR",
+                                              "MOHRCOULOMB",
+                                              "FLUIDCONSTANTS",
+                                              "SPECIFICGASCONSTANT",
+                                              "MAGNETICPERMEABILITY",
+                                              "ELECTRICALCONDUCTIVITY",
+                                              "MOHRCOULOMBHARDENING"};
+
+/// Cards for which the solver adds nodes and elements of its own to its results.
+constexpr std::string_view kAddItems[] = {"CYCLICSYMMETRYMODEL", "PRE-TENSIONSECTION"};
+
+/// Directions that loads and printed results refer to; the results that are read stand in global axes.
+constexpr std::string_view kDirections[] = {"ORIENTATION", "TRANSFORM"};
 
 bool isOneOf(std::string_view keyword, std::span<const std::string_view> list) {
     return std::find(list.begin(), list.end(), keyword) != list.end();
@@ -57,8 +109,11 @@ class InpParser {
     Result<SolverDeck> run(TextWindow& window) {
         if (!readWindow(window)) return Error{error_};
         if (!endElementCard()) return Error{error_};
+        if (card_.keyword.empty())
+            return Error{window.name() + ": no line begins with a keyword; is this a solver deck?"};
         if (auto assembled = assembleMesh(raw_, deck_); !assembled) return assembled.error();
-        if (!checkSections()) return Error{error_};
+        checkSections();
+        countLayers(deck_);
         collectNotes();
         return std::move(deck_);
     }
@@ -124,8 +179,10 @@ class InpParser {
     }
 
     bool readData(std::string_view line) {
-        if (card_.keyword.empty())
-            return fail("data stands before the first keyword; is this a solver deck?");
+        if (card_.keyword.empty()) {
+            note("before", "data stands before the first keyword and is left out", " lines");
+            return true;
+        }
         return handler_ ? (this->*handler_)(line) : true;
     }
 
@@ -135,22 +192,44 @@ class InpParser {
             std::string_view keyword;
             bool (InpParser::*start)();
         };
-        static constexpr Row kRows[] = {
-            {"NODE", &InpParser::startNode},         {"ELEMENT", &InpParser::startElement},
-            {"NSET", &InpParser::startNodeSet},      {"ELSET", &InpParser::startElementSet},
-            {"MATERIAL", &InpParser::startMaterial}, {"ELASTIC", &InpParser::startElastic},
-            {"DENSITY", &InpParser::startDensity},   {"SOLID SECTION", &InpParser::startSolidSection},
-            {"STEP", &InpParser::startStep},         {"END STEP", &InpParser::endStep},
-            {"HEADING", &InpParser::startHeading}};
+        static constexpr Row kRows[] = {{"NODE", &InpParser::startNode},
+                                        {"ELEMENT", &InpParser::startElement},
+                                        {"NSET", &InpParser::startNodeSet},
+                                        {"ELSET", &InpParser::startElementSet},
+                                        {"MATERIAL", &InpParser::startMaterial},
+                                        {"ELASTIC", &InpParser::startElastic},
+                                        {"DENSITY", &InpParser::startDensity},
+                                        {"SOLIDSECTION", &InpParser::startSection},
+                                        {"SHELLSECTION", &InpParser::startSection},
+                                        {"MEMBRANESECTION", &InpParser::startSection},
+                                        {"BEAMSECTION", &InpParser::startBeamSection},
+                                        {"BEAMGENERALSECTION", &InpParser::startBeamSection},
+                                        {"SPRING", &InpParser::startConnectorSection},
+                                        {"DASHPOT", &InpParser::startConnectorSection},
+                                        {"GAP", &InpParser::startConnectorSection},
+                                        {"MASS", &InpParser::startConnectorSection},
+                                        {"DISTRIBUTINGCOUPLING", &InpParser::startConnectorSection},
+                                        {"STEP", &InpParser::startStep},
+                                        {"ENDSTEP", &InpParser::endStep},
+                                        {"HEADING", &InpParser::startHeading}};
         for (const Row& row : kRows)
             if (row.keyword == keyword) return (this->*row.start)();
         if (isOneOf(keyword, kProcedures)) return procedure();
         if (isOneOf(keyword, kResultRequests)) return resultRequest();
         if (isOneOf(keyword, kPrintRequests)) return true;
-        if (isOneOf(keyword, kLoads))
-            note("*" + keyword, "*" + keyword + ": loads and supports are not kept in the model");
+        if (isOneOf(keyword, kAddItems)) deck_.solverAddsItems = true;
+        if (isOneOf(keyword, kDirections)) return true;
+        if (isOneOf(keyword, kOtherLaws)) return otherLaw();
+        if (isOneOf(keyword, kMaterialData))
+            note("material data",
+                 "*" + card_.title +
+                     " and other data of materials beyond linear elasticity and density are not kept",
+                 " cards");
+        else if (isOneOf(keyword, kLoads))
+            note("loads", "*" + card_.title + ": loads, supports and links are not kept in the model",
+                 " cards");
         else
-            note("*" + keyword, "*" + keyword + " is not read");
+            note("*" + keyword, "*" + card_.title + " is not read");
         return true;
     }
 
@@ -170,7 +249,11 @@ class InpParser {
         std::array<double, 3> position{};
         std::string_view field;
         for (std::size_t axis = 0; fields.next(field); ++axis) {
-            if (axis == 3) return fail("node " + std::to_string(number) + " has more than three coordinates");
+            if (axis == 3) {
+                note("coordinates", "node " + std::to_string(number) + " has more than three coordinates",
+                     " nodes");
+                break;
+            }
             const auto value = parseReal(field);
             if (!value)
                 return fail("'" + std::string(field) + "' is no coordinate of node " +
@@ -190,8 +273,9 @@ class InpParser {
         if (!type) return fail("*ELEMENT has no TYPE");
         const std::string name = upperCase(*type);
         currentSet_ = setOfParameter("ELSET", raw_.elementSets, elementSetIndex_);
-        if (const auto known = elementTypeOfCard(name)) {
-            elementType_ = *known;
+        if (const auto known = elementCard(name)) {
+            elementType_ = known->type;
+            elementFamily_ = known->family;
             handler_ = &InpParser::elementLine;
             return true;
         }
@@ -210,15 +294,20 @@ class InpParser {
             if (!numberField(fields, "element number", number)) return false;
             raw_.elementNumbers.push_back(number);
             raw_.elementTypes.push_back(static_cast<std::uint8_t>(elementType_));
+            raw_.elementFamilies.push_back(elementFamily_);
             raw_.elementPlaces.push_back(place_);
             pendingNodes_ = elementNodeCount(static_cast<std::uint8_t>(elementType_));
             if (currentSet_ != kNoSet) raw_.elementSets[currentSet_].addNumber(number, true);
         }
         while (fields.next(field)) {
-            if (pendingNodes_ == 0)
-                return fail("element " + std::to_string(raw_.elementNumbers.back()) + " has more than the " +
-                            std::to_string(elementNodeCount(raw_.elementTypes.back())) +
-                            " nodes of its type");
+            if (pendingNodes_ == 0) {
+                note("nodes",
+                     "element " + std::to_string(raw_.elementNumbers.back()) + " has more than the " +
+                         std::to_string(elementNodeCount(raw_.elementTypes.back())) +
+                         " nodes of its type; those behind are left out",
+                     " elements");
+                break;
+            }
             const auto node = parseInteger(field);
             if (!node || *node < 1)
                 return fail("'" + std::string(field) + "' is no node number of element " +
@@ -238,6 +327,7 @@ class InpParser {
             int number = 0;
             if (!numberField(fields, "element number", number)) return false;
             raw_.leftOutElements.push_back(number);
+            deck_.solverAddsItems = true;
             note("TYPE " + leftOutType_, "elements of type " + leftOutType_ + " are not read and left out",
                  " elements");
         }
@@ -279,7 +369,7 @@ class InpParser {
         noteParametersBut({parameter, "GENERATE", "UNSORTED"});
         currentSet_ = setOfParameter(parameter, sets, index);
         if (currentSet_ == kNoSet)
-            return fail("*" + card_.keyword + " has no name (" + std::string(parameter) + "=...)");
+            return fail("*" + card_.title + " has no name (" + std::string(parameter) + "=...)");
         currentSets_ = &sets;
         handler_ = card_.has("GENERATE") ? &InpParser::generateLine : &InpParser::setLine;
         return true;
@@ -322,21 +412,49 @@ class InpParser {
         noteParametersBut({"NAME"});
         const std::string* name = card_.find("NAME");
         if (!name || name->empty()) return fail("*MATERIAL has no NAME");
-        for (const SolverMaterial& material : deck_.materials)
-            if (equalIgnoringCase(material.name, *name))
-                return fail("material '" + *name + "' was given before, at " + material.place);
+        const auto known =
+            std::find_if(deck_.materials.begin(), deck_.materials.end(),
+                         [&](const auto& other) { return equalIgnoringCase(other.name, *name); });
+        if (known != deck_.materials.end()) {
+            note("MATERIAL " + upperCase(*name),
+                 "material '" + *name + "' was given before, at " + known->place + "; the first is kept");
+            ignoredMaterial_ = {};
+            material_ = kIgnoredMaterial;
+            return true;
+        }
+        material_ = deck_.materials.size();
         deck_.materials.emplace_back();
         deck_.materials.back().name = *name;
         deck_.materials.back().place = raw_.text(place_);
         return true;
     }
 
+    static constexpr std::size_t kNoMaterial = std::numeric_limits<std::size_t>::max();
+    static constexpr std::size_t kIgnoredMaterial = kNoMaterial - 1;
+
+    SolverMaterial& material() {
+        return material_ == kIgnoredMaterial ? ignoredMaterial_ : deck_.materials[material_];
+    }
+
+    bool insideMaterial() {
+        return material_ != kNoMaterial || fail("*" + card_.title + " stands before any *MATERIAL");
+    }
+
+    bool otherLaw() {
+        if (!insideMaterial()) return false;
+        note("law " + material().name, "*" + card_.title + ": material '" + material().name +
+                                           "' keeps no elastic modulus and no Poisson's ratio");
+        return true;
+    }
+
     bool startElastic() {
-        if (deck_.materials.empty()) return fail("*ELASTIC stands before any *MATERIAL");
+        if (!insideMaterial()) return false;
         const std::string* type = card_.find("TYPE");
         if (type && !type->empty() && !equalIgnoringCase(*type, "ISO") &&
             !equalIgnoringCase(*type, "ISOTROPIC")) {
-            note("ELASTIC " + upperCase(*type), "*ELASTIC of type " + upperCase(*type) + " is not read");
+            note("law " + material().name, "*ELASTIC of type " + upperCase(*type) + ": material '" +
+                                               material().name +
+                                               "' keeps no elastic modulus and no Poisson's ratio");
             return true;
         }
         constantsLines_ = 0;
@@ -347,16 +465,18 @@ class InpParser {
     bool elasticLine(std::string_view line) {
         if (constantsLines_++ > 0) return noteTemperatures();
         InpFields fields(line);
-        SolverMaterial& material = deck_.materials.back();
-        if (!realField(fields, "elastic modulus", material.elasticModulus)) return false;
-        if (!realField(fields, "Poisson's ratio", material.poissonRatio)) return false;
-        if (material.elasticModulus <= 0)
-            return fail("the elastic modulus of material '" + material.name + "' is not positive");
+        if (!realField(fields, "elastic modulus", material().elasticModulus)) return false;
+        if (!realField(fields, "Poisson's ratio", material().poissonRatio)) return false;
+        if (material().elasticModulus <= 0) {
+            note("modulus " + material().name,
+                 "the elastic modulus of material '" + material().name + "' is not positive and not kept");
+            material().elasticModulus = 0;
+        }
         return true;
     }
 
     bool startDensity() {
-        if (deck_.materials.empty()) return fail("*DENSITY stands before any *MATERIAL");
+        if (!insideMaterial()) return false;
         constantsLines_ = 0;
         handler_ = &InpParser::densityLine;
         return true;
@@ -365,44 +485,99 @@ class InpParser {
     bool densityLine(std::string_view line) {
         if (constantsLines_++ > 0) return noteTemperatures();
         InpFields fields(line);
-        return realField(fields, "density", deck_.materials.back().density);
+        return realField(fields, "density", material().density);
     }
 
     bool noteTemperatures() {
         note("TEMPERATURES " + card_.keyword,
-             "*" + card_.keyword + " depends on the temperature; the first values are taken",
-             " further lines");
+             "*" + card_.title + " depends on the temperature; the first values are taken", " further lines");
         return true;
     }
 
-    bool startSolidSection() {
-        noteParametersBut({"ELSET", "MATERIAL"});
+    bool startSection() {
+        noteParametersBut({"ELSET", "MATERIAL", "OFFSET", "ORIENTATION", "COMPOSITE", "NODALTHICKNESS"});
+        if (!beginSection("MATERIAL")) return false;
+        if (card_.has("NODALTHICKNESS"))
+            note("NODALTHICKNESS",
+                 "*" + card_.title + ": the thickness varies from node to node; that of the section is kept");
+        sectionLines_ = 0;
+        handler_ = card_.has("COMPOSITE") ? &InpParser::layerLine : &InpParser::thicknessLine;
+        return true;
+    }
+
+    bool startBeamSection() { return beginSection("MATERIAL"); }
+    bool startConnectorSection() { return beginSection(""); }
+
+    /// A section without material where `materialParameter` is empty or the card has none.
+    bool beginSection(std::string_view materialParameter) {
         const std::string* set = card_.find("ELSET");
-        const std::string* material = card_.find("MATERIAL");
-        if (!set || !material) return fail("*SOLID SECTION needs ELSET and MATERIAL");
-        deck_.sections.push_back({*set, *material, raw_.text(place_)});
+        if (!set || set->empty()) {
+            note("ELSET " + card_.keyword,
+                 "*" + card_.title + " names no element set (ELSET) and is left out");
+            section_.reset();
+            return true;
+        }
+        section_ = deck_.sections.size();
+        deck_.sections.emplace_back();
+        deck_.sections.back().elementSet = *set;
+        deck_.sections.back().place = raw_.text(place_);
+        if (const std::string* material = card_.find(materialParameter)) addSectionMaterial(*material);
         return true;
     }
 
-    bool checkSections() {
-        const auto missing = [&](const SolverSection& section, const std::string& what, const auto& records) {
-            std::vector<std::string> names;
-            for (const auto& record : records)
-                names.push_back(record.name);
-            error_ = section.place + ": " + what + " is not in the deck; it has " + listNames(names);
-            return false;
-        };
-        const auto holds = [](const auto& records, const std::string& name) {
+    void addSectionMaterial(const std::string& name) {
+        auto& materials = deck_.sections[*section_].materials;
+        const bool known = std::any_of(materials.begin(), materials.end(),
+                                       [&](const auto& other) { return equalIgnoringCase(other, name); });
+        if (!known && !name.empty()) materials.push_back(name);
+    }
+
+    bool thicknessLine(std::string_view line) {
+        if (sectionLines_++ > 0 || !section_) return true;
+        InpFields fields(line);
+        return realField(fields, "thickness", deck_.sections[*section_].thickness);
+    }
+
+    static constexpr int kMostLayers = 65535;
+
+    /// A layer of a composite shell: thickness, an unused field, material, orientation.
+    bool layerLine(std::string_view line) {
+        if (!section_) return true;
+        InpFields fields(line);
+        double thickness = 0;
+        if (!realField(fields, "thickness of a layer", thickness)) return false;
+        SolverSection& section = deck_.sections[*section_];
+        section.thickness += thickness;
+        section.layers = std::min(section.layers + 1, kMostLayers);
+        std::string_view field;
+        if (fields.next(field) && fields.next(field)) addSectionMaterial(std::string(field));
+        return true;
+    }
+
+    /// Sections of sets that are not there are left out, and materials that are not there forgotten.
+    void checkSections() {
+        const auto has = [](const auto& records, const std::string& name) {
             return std::any_of(records.begin(), records.end(),
                                [&](const auto& record) { return equalIgnoringCase(record.name, name); });
         };
-        for (const SolverSection& section : deck_.sections) {
-            if (!holds(deck_.elementSets, section.elementSet))
-                return missing(section, "element set '" + section.elementSet + "'", deck_.elementSets);
-            if (!holds(deck_.materials, section.material))
-                return missing(section, "material '" + section.material + "'", deck_.materials);
-        }
-        return true;
+        const auto warn = [&](const SolverSection& section, const std::string& what, const auto& records) {
+            std::vector<std::string> names;
+            for (const auto& record : records)
+                names.push_back(record.name);
+            deck_.warnings.push_back(section.place + ": " + what + " is not in the deck; it has " +
+                                     listNames(names));
+        };
+        std::erase_if(deck_.sections, [&](const SolverSection& section) {
+            if (has(deck_.elementSets, section.elementSet)) return false;
+            warn(section, "element set '" + section.elementSet + "'", deck_.elementSets);
+            return true;
+        });
+        for (SolverSection& section : deck_.sections)
+            std::erase_if(section.materials, [&](const std::string& name) {
+                if (has(deck_.materials, name)) return false;
+                warn(section, "material '" + name + "'", deck_.materials);
+                return true;
+            });
     }
 
     // ---- steps ----
@@ -439,7 +614,11 @@ class InpParser {
     }
 
     bool procedure() {
-        if (!insideStep_) return fail("*" + card_.keyword + " stands outside of a *STEP");
+        if (!insideStep_) {
+            note("outside " + card_.keyword,
+                 "*" + card_.title + " stands outside of a *STEP and is left out");
+            return true;
+        }
         deck_.steps.back().procedure = card_.keyword;
         return true;
     }
@@ -448,7 +627,7 @@ class InpParser {
         if (insideStep_) deck_.steps.back().requestsResults = true;
         if (const std::string* global = card_.find("GLOBAL"); global && equalIgnoringCase(*global, "NO"))
             note("GLOBAL",
-                 "*" + card_.keyword + " asks for results in local systems; they are stored as they stand");
+                 "*" + card_.title + " asks for results in local systems; they are stored as they stand");
         return true;
     }
 
@@ -507,7 +686,7 @@ class InpParser {
         for (const InpCard::Parameter& parameter : card_.parameters)
             if (std::find(known.begin(), known.end(), parameter.name) == known.end())
                 note(card_.keyword + "," + parameter.name,
-                     "*" + card_.keyword + ": the parameter " + parameter.name + " is not read");
+                     "*" + card_.title + ": the parameter " + parameter.name + " is not read");
     }
 
     void collectNotes() {
@@ -540,10 +719,15 @@ class InpParser {
     SetIndex nodeSetIndex_;
     SetIndex elementSetIndex_;
     ElementType elementType_ = ElementType::Point;
+    ElementFamily elementFamily_ = ElementFamily::Solid;
     int pendingNodes_ = 0;
     std::string leftOutType_;
     bool leftOutContinues_ = false;
+    std::size_t material_ = kNoMaterial; ///< that cards of constants belong to
+    SolverMaterial ignoredMaterial_;
     int constantsLines_ = 0;
+    std::optional<std::size_t> section_;
+    int sectionLines_ = 0;
     bool insideStep_ = false;
 
     std::vector<Note> notes_;

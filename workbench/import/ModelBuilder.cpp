@@ -5,6 +5,7 @@
 #include "workbench/import/NumberIndex.h"
 
 #include <algorithm>
+#include <array>
 
 namespace workbench {
 namespace {
@@ -51,54 +52,97 @@ std::size_t findName(const Records& records, const std::string& name) {
         records.begin());
 }
 
-/// Adds a property for every section that elements are left with, and answers the property key of each
-/// element. A later section takes elements over from an earlier one, as the solver has it.
-Result<std::vector<std::uint32_t>> addProperties(const SolverDeck& deck,
-                                                 const std::vector<ItrKey>& materialKeys,
-                                                 ModelDatabase& database,
-                                                 std::vector<std::string>& warnings) {
-    const std::size_t none = deck.sections.size();
-    std::vector<std::size_t> sectionOf(deck.elementNumbers.size(), none);
+/// The section of each element by position, or the number of sections where it has none. A later section
+/// takes elements over from an earlier one, as the solver has it.
+std::vector<std::size_t> sectionsOfElements(const SolverDeck& deck) {
+    std::vector<std::size_t> sectionOf(deck.elementNumbers.size(), deck.sections.size());
     const NumberIndex elements(deck.elementNumbers);
     for (std::size_t s = 0; s < deck.sections.size(); ++s)
         for (const std::int32_t number :
              deck.elementSets[findName(deck.elementSets, deck.sections[s].elementSet)].numbers)
             sectionOf[elements.find(number)] = s;
-    std::vector<std::size_t> counts(none + 1);
-    for (const std::size_t section : sectionOf)
-        ++counts[section];
-
-    std::vector<std::uint32_t> keyOfSection(none + 1);
-    std::int32_t number = 0;
-    for (std::size_t s = 0; s <= none; ++s) {
-        if (counts[s] == 0) {
-            if (s < none)
-                warnings.push_back(deck.sections[s].place + ": the section of '" +
-                                   deck.sections[s].elementSet +
-                                   "' has no elements that are read; it is left out");
-            continue;
-        }
-        tagTProp record;
-        record.number = ++number;
-        if (s < none) {
-            record.name = wide(deck.sections[s].elementSet);
-            record.materialKeys = {materialKeys[findName(deck.materials, deck.sections[s].material)]};
-        } else {
-            record.name = L"No section";
-            warnings.push_back(std::to_string(counts[s]) +
-                               (counts[s] == 1 ? " element has" : " elements have") +
-                               " no solid section, and so no material");
-        }
-        const auto key = addRecord<DPoolProp>(database, record, "property");
-        if (!key) return key.error();
-        keyOfSection[s] = static_cast<std::uint32_t>(*key);
-    }
-    std::vector<std::uint32_t> keys;
-    keys.reserve(sectionOf.size());
-    for (const std::size_t section : sectionOf)
-        keys.push_back(keyOfSection[section]);
-    return keys;
+    return sectionOf;
 }
+
+class PropertyBuilder {
+  public:
+    PropertyBuilder(const SolverDeck& deck, const std::vector<ItrKey>& materialKeys, ModelDatabase& database,
+                    std::vector<std::string>& warnings)
+        : deck_(deck)
+        , materialKeys_(materialKeys)
+        , database_(database)
+        , warnings_(warnings) {}
+
+    /// Adds a property for every section and family that elements are left with, and answers the property key
+    /// of each element.
+    Result<std::vector<std::uint32_t>> run() {
+        const auto sectionOf = sectionsOfElements(deck_);
+        const std::size_t none = deck_.sections.size();
+        std::vector<std::array<std::size_t, kFamilies>> counts(none + 1);
+        for (std::size_t e = 0; e < sectionOf.size(); ++e)
+            ++counts[sectionOf[e]][family(e)];
+        std::vector<std::array<std::uint32_t, kFamilies>> keyOf(none + 1);
+        for (std::size_t s = 0; s <= none; ++s) {
+            const auto families = static_cast<std::size_t>(
+                std::count_if(counts[s].begin(), counts[s].end(), [](std::size_t n) { return n > 0; }));
+            if (families == 0 && s < none)
+                warnings_.push_back(deck_.sections[s].place + ": the section of '" +
+                                    deck_.sections[s].elementSet +
+                                    "' has no elements that are read; it is left out");
+            for (std::size_t f = 0; f < kFamilies; ++f) {
+                if (counts[s][f] == 0) continue;
+                tagTProp record = recordOf(s, static_cast<ElementFamily>(f), counts[s][f]);
+                if (families > 1) record.name += wide(std::string(" (") + kFamilyNames[f] + ")");
+                const auto key = addRecord<DPoolProp>(database_, record, "property");
+                if (!key) return key.error();
+                keyOf[s][f] = static_cast<std::uint32_t>(*key);
+            }
+        }
+        std::vector<std::uint32_t> keys(sectionOf.size());
+        for (std::size_t e = 0; e < keys.size(); ++e)
+            keys[e] = keyOf[sectionOf[e]][family(e)];
+        return keys;
+    }
+
+  private:
+    static constexpr std::size_t kFamilies = 8;
+    static constexpr const char* kFamilyNames[kFamilies] = {
+        "solid", "shell", "membrane", "plane stress", "plane strain", "axisymmetric", "line", "connector"};
+
+    std::size_t family(std::size_t element) const {
+        return static_cast<std::size_t>(deck_.elementFamilies[element]);
+    }
+
+    tagTProp recordOf(std::size_t s, ElementFamily family, std::size_t count) {
+        tagTProp record;
+        record.number = ++number_;
+        record.typeCode = propertyTypeOf(family);
+        if (s == deck_.sections.size()) {
+            record.name = L"No section";
+            warnings_.push_back(std::to_string(count) + " " + kFamilyNames[static_cast<std::size_t>(family)] +
+                                (count == 1 ? " element has" : " elements have") +
+                                " no section, and so no material");
+            return record;
+        }
+        const SolverSection& section = deck_.sections[s];
+        record.name = wide(section.elementSet);
+        for (const std::string& material : section.materials)
+            record.materialKeys.push_back(materialKeys_[findName(deck_.materials, material)]);
+        const bool solid = family == ElementFamily::Solid;
+        const bool flat = isExpanded(family) && family != ElementFamily::Line;
+        if (flat) record.thickness = section.thickness;
+        if ((solid || flat) && section.materials.empty())
+            warnings_.push_back(section.place + ": the section of '" + section.elementSet +
+                                "' has no material");
+        return record;
+    }
+
+    const SolverDeck& deck_;
+    const std::vector<ItrKey>& materialKeys_;
+    ModelDatabase& database_;
+    std::vector<std::string>& warnings_;
+    std::int32_t number_ = 0;
+};
 
 /// A node set and an element set of the same name are one mesh set.
 Result<void> addMeshSets(SolverDeck& deck, ModelDatabase& database) {
@@ -215,7 +259,7 @@ Result<ItrKey> addAnalysis(const std::string& name, std::int32_t typeCode, Model
 Result<void> addModel(SolverDeck& deck, ModelDatabase& database, std::vector<std::string>& warnings) {
     const auto materialKeys = addMaterials(deck, database);
     if (!materialKeys) return materialKeys.error();
-    auto propertyKeys = addProperties(deck, *materialKeys, database, warnings);
+    auto propertyKeys = PropertyBuilder(deck, *materialKeys, database, warnings).run();
     if (!propertyKeys) return propertyKeys.error();
     if (auto added = addMeshSets(deck, database); !added) return added;
     MeshData mesh;

@@ -139,6 +139,7 @@ std::string meshDifference(const SolverDeck& first, const SolverDeck& other) {
                          deck.elementNodeOffsets[e + 1] - deck.elementNodeOffsets[e]);
         };
         if (first.elementTypes[e] != other.elementTypes[e] ||
+            first.elementFamilies[e] != other.elementFamilies[e] ||
             !std::ranges::equal(nodesOf(first), nodesOf(other)))
             return "element " + std::to_string(first.elementNumbers[e]) + " has another type or other nodes";
     }
@@ -153,11 +154,14 @@ bool sameMaterials(const SolverDeck& first, const SolverDeck& other) {
                        return equalIgnoringCase(a.name, b.name) && a.elasticModulus == b.elasticModulus &&
                               a.poissonRatio == b.poissonRatio && a.density == b.density;
                    });
-    return materials && std::equal(first.sections.begin(), first.sections.end(), other.sections.begin(),
-                                   other.sections.end(), [](const SolverSection& a, const SolverSection& b) {
-                                       return equalIgnoringCase(a.elementSet, b.elementSet) &&
-                                              equalIgnoringCase(a.material, b.material);
-                                   });
+    return materials &&
+           std::equal(first.sections.begin(), first.sections.end(), other.sections.begin(),
+                      other.sections.end(), [](const SolverSection& a, const SolverSection& b) {
+                          return equalIgnoringCase(a.elementSet, b.elementSet) &&
+                                 a.thickness == b.thickness &&
+                                 std::equal(a.materials.begin(), a.materials.end(), b.materials.begin(),
+                                            b.materials.end(), equalIgnoringCase);
+                      });
 }
 
 } // namespace workbench

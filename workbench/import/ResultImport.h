@@ -4,6 +4,7 @@
 #include "workbench/import/FrdReader.h"
 #include "workbench/import/NumberIndex.h"
 #include "workbench/import/ResultMap.h"
+#include "workbench/import/ResultRows.h"
 #include "workbench/import/SolverDeck.h"
 
 #include <functional>
@@ -19,15 +20,9 @@ struct ImportedCase {
     std::vector<std::string> steps;
 };
 
-/// The deck's side of a result file. What the spans show must outlive whoever uses them.
-struct ResultMesh {
-    std::span<const std::int32_t> nodeNumbers;     ///< ascending
-    std::span<const std::int32_t> elementNumbers;  ///< ascending
-    std::span<const std::int32_t> leftOutElements; ///< ascending; elements of types that are not read
-};
-
 /// Writes the blocks of a solver's result file into a result file of ours: a case for each step of the deck,
-/// a step for each of its increments or modes, tables in the order of the mesh's nodes.
+/// a step for each of its increments or modes, tables in the order of the mesh's nodes or element corners.
+/// What the solver made of shells, plane elements and beams is brought back to the elements of the deck.
 class ResultImport final : public FrdSink {
   public:
     /// `caseNames` has a name for each of the deck's `steps`. Everything given must outlive the object; the
@@ -38,6 +33,7 @@ class ResultImport final : public FrdSink {
 
     Result<void> meshNodes(const FrdBlock& nodes) override;
     Result<void> meshElement(const FrdElement& element) override;
+    bool wantsElementNodes() const override { return expanded_.expects(); }
     bool wants(const FrdBlock& header) override;
     Result<void> block(FrdBlock& block, std::uint64_t done, std::uint64_t total) override;
 
@@ -56,17 +52,33 @@ class ResultImport final : public FrdSink {
     };
     struct ItemList {
         std::string name;
+        resultfile::Location location;
         std::vector<std::uint32_t> positions;
     };
 
     Result<void> beginCasesUpTo(std::size_t count);
     Result<void> beginStep(const FrdBlock& block);
     std::string stepName(const FrdBlock& block) const;
-    /// Finds the mesh positions of the block's nodes and brings its rows into their order.
-    Result<void> placeNodes(FrdBlock& block);
-    Result<void> chooseItems();
-    Result<void> writeTables(const FrdBlock& block, const ResultMapRow& row);
-    void deriveTable(const FrdBlock& block, const ResultMapRow& row);
+    /// Finds which rows belong to which items, unless they are those of the block before.
+    Result<void> placeRows(const FrdBlock& block);
+    Result<void> nameItems(std::string& name, resultfile::Location location,
+                           std::span<const std::uint32_t> positions, std::size_t all);
+    Result<void> writeBlock(const FrdBlock& block, const ResultMapRow& row);
+    Result<void> writeAtNodes(const FrdBlock& block, const ResultMapRow& row, const NodeRows& rows);
+    Result<void> writeTensors(const FrdBlock& block, const ResultMapRow& row);
+    Result<void> writeFamily(const FrdBlock& block, const ResultMapRow& row, const ResultFamily& family,
+                             const NodeRows& rows);
+    /// Tensors at the corners of plates or membranes, turned into the axes of each element. `upperShare` 0 is
+    /// the lower face, 1 the upper one, 0.5 the mean.
+    Result<void> writeCorners(const FrdBlock& block, const ResultMapRow& row, const ResultFamily& family,
+                              const CornerRows& rows, double upperShare);
+    Result<void> writeParts(const FrdBlock& block, const ResultMapRow& row, const ResultFamily& family,
+                            resultfile::Location location, const std::string& items);
+    Result<void> writeDerived(const FrdBlock& block, const ResultMapRow& row, unsigned id,
+                              resultfile::Location location, const std::string& items,
+                              std::span<const unsigned> kept);
+    const double (*axesOf(std::size_t element))[3];
+    bool layered() const { return !mesh_.elementLayers.empty(); }
     void warnOnce(const std::string& key, const std::string& text);
 
     resultfile::Writer& writer_;
@@ -81,12 +93,15 @@ class ResultImport final : public FrdSink {
     StepKey current_;
     std::vector<unsigned> idsOfStep_;
 
-    std::vector<std::int32_t> lastNodes_; ///< nodes of the last block, whose positions are known
-    std::vector<std::uint32_t> positions_;
-    std::vector<std::uint32_t> order_; ///< rows of the block by mesh position; empty when they are so already
+    ExpandedMesh expanded_;
+    bool meshComplete_ = false;
+    std::vector<std::int32_t> lastNodes_; ///< nodes of the last block, whose rows are known
+    ResultRows rows_;
     std::vector<ItemList> itemLists_;
-    std::string items_; ///< list that the block follows; empty: all nodes
+    std::vector<std::vector<float>> space_;      ///< of component tables that are put together
+    std::vector<std::span<const float>> tables_; ///< components of the items at hand
     std::vector<float> derived_;
+    double axes_[3][3] = {};
 
     std::vector<std::string> warnedKeys_;
     std::vector<std::string> warnings_;

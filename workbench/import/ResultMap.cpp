@@ -19,25 +19,33 @@ constexpr Names kEnergy[] = {"ENER"};
 constexpr Names kError[] = {"STR(%)"};
 
 constexpr ResultMapRow kRows[] = {
-    {"DISP", kDisplacement, 101, DerivedResult::Length, 104},
-    {"FORC", kForce, 111, DerivedResult::Length, 114},
-    {"VELO", kVelocity, 201, DerivedResult::Length, 204},
-    {"NDTEMP", kTemperature, 501, DerivedResult::None, 0},
-    {"FLUX", kForce, 511, DerivedResult::Length, 514},
-    {"RFL", kReactionFlux, 515, DerivedResult::None, 0},
-    {"STRESS", kStress, 312101, DerivedResult::VonMises, 312114},
-    {"TOSTRAIN", kTotalStrain, 311101, DerivedResult::EquivalentStrain, 311114},
-    {"PE", kPlasticStrain, 311121, DerivedResult::None, 0},
-    {"ENER", kEnergy, 311131, DerivedResult::None, 0},
-    {"ERROR", kError, 311141, DerivedResult::None, 0},
-    {"MESTRAIN", kMechanicalStrain, 313101, DerivedResult::EquivalentStrain, 313114},
+    {ResultScope::Nodes, "DISP", kDisplacement, 101, DerivedResult::Length, 104},
+    {ResultScope::NodeTotals, "FORC", kForce, 111, DerivedResult::Length, 114},
+    {ResultScope::Nodes, "VELO", kVelocity, 201, DerivedResult::Length, 204},
+    {ResultScope::Nodes, "NDTEMP", kTemperature, 501, DerivedResult::None, 0},
+    {ResultScope::Nodes, "FLUX", kForce, 511, DerivedResult::Length, 514},
+    {ResultScope::NodeTotals, "RFL", kReactionFlux, 515, DerivedResult::None, 0},
+    {ResultScope::Stress, "STRESS", kStress, 312101, DerivedResult::VonMises, 312114},
+    {ResultScope::Strain, "TOSTRAIN", kTotalStrain, 311101, DerivedResult::EquivalentStrain, 311114},
+    {ResultScope::Solids, "PE", kPlasticStrain, 311121, DerivedResult::None, 0},
+    {ResultScope::Solids, "ENER", kEnergy, 311131, DerivedResult::None, 0},
+    {ResultScope::Solids, "ERROR", kError, 311141, DerivedResult::None, 0},
+    {ResultScope::Solids, "MESTRAIN", kMechanicalStrain, 313101, DerivedResult::EquivalentStrain, 313114},
 };
+
+constexpr unsigned kAllParts[] = {0, 1, 2, 3, 4, 5};
+constexpr unsigned kInPlane[] = {0, 1, 3};
+constexpr unsigned kInPlaneAndNormal[] = {0, 1, 2, 3};
 
 } // namespace
 
-std::span<const ResultMapRow> resultMap() {
-    return kRows;
-}
+const ResultFamily kSolidFamily{312100, kAllParts, 14};
+const ResultFamily kPlateTopFamily{412100, kInPlane, 14};
+const ResultFamily kPlateBottomFamily{412150, kInPlane, 14};
+const ResultFamily kMembraneFamily{452100, kInPlane, 14};
+const ResultFamily kAxisymmetricFamily{482100, kInPlaneAndNormal, 14};
+const ResultFamily kPlaneStressFamily{422130, kInPlane, 54};
+const ResultFamily kPlaneStrainFamily{432130, kInPlaneAndNormal, 54};
 
 const ResultMapRow* findResultRow(std::string_view block) {
     const auto row = std::find_if(std::begin(kRows), std::end(kRows),

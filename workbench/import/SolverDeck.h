@@ -1,5 +1,7 @@
 #pragma once
 
+#include "workbench/import/ElementCards.h"
+
 #include <array>
 #include <cstdint>
 #include <string>
@@ -16,16 +18,18 @@ struct SolverMaterial {
     std::string place; ///< "file:line"
 };
 
-/// A solid section: the material of an element set.
+/// What makes a property of an element set: a section with its material, or the data of springs and the like.
 struct SolverSection {
     std::string elementSet;
-    std::string material;
+    std::vector<std::string> materials; ///< one; several of a layered shell; none of connectors
+    double thickness = 0;               ///< of shells, membranes and plane elements
+    int layers = 0;                     ///< of a layered shell; 0 of others
     std::string place;
 };
 
 struct SolverStep {
     std::string title;
-    std::string procedure;       ///< keyword without its asterisk, as "STATIC"; empty when the step has none
+    std::string procedure;       ///< keyword without its asterisk and blanks, as "HEATTRANSFER"; may be empty
     bool requestsResults = true; ///< whether the deck asks for results in the result file from this step
     std::string place;
 };
@@ -43,6 +47,7 @@ struct SolverDeck {
 
     std::vector<std::int32_t> elementNumbers; ///< strictly ascending
     std::vector<std::uint8_t> elementTypes;   ///< host element type codes
+    std::vector<ElementFamily> elementFamilies;
     std::vector<std::uint32_t> elementNodeOffsets{0};
     std::vector<std::uint32_t> elementNodes; ///< node positions, in the deck's order of nodes
     /// Numbers of elements of types that are not read, ascending.
@@ -53,6 +58,12 @@ struct SolverDeck {
     std::vector<SolverMaterial> materials;
     std::vector<SolverSection> sections;
     std::vector<SolverStep> steps;
+
+    /// Layers of each element, which the solver stores one by one; empty where no shell has layers.
+    std::vector<std::uint16_t> elementLayers;
+    /// Whether the solver adds nodes and elements of its own to its results: sectors of a cyclic symmetry,
+    /// nodes of a pre-tension section, parts of elements that are not read.
+    bool solverAddsItems = false;
 
     std::vector<std::string> warnings; ///< what was found and not taken over, each with file and line
 };

@@ -70,7 +70,7 @@ TEST(InpReader, ReadsCardsInAnyOrderAndCase) {
     EXPECT_EQ(deck->materials[0].poissonRatio, 0.3);
     EXPECT_EQ(deck->materials[0].density, 7.8e-9);
     ASSERT_EQ(deck->sections.size(), 1u);
-    EXPECT_EQ(deck->sections[0].material, "steel");
+    EXPECT_EQ(deck->sections[0].materials, std::vector<std::string>{"steel"});
     ASSERT_EQ(deck->steps.size(), 2u);
     EXPECT_EQ(deck->steps[0].procedure, "STATIC");
     EXPECT_TRUE(deck->steps[0].requestsResults);
@@ -80,13 +80,21 @@ TEST(InpReader, ReadsCardsInAnyOrderAndCase) {
     EXPECT_EQ(joined(deck->warnings), "");
 }
 
-TEST(InpReader, KnowsTheSolidElements) {
-    const std::pair<const char*, ElementType> rows[] = {
-        {"C3D4", ElementType::Tet4},    {"C3D6", ElementType::Wedge6},   {"C3D8", ElementType::Hex8},
-        {"C3D8I", ElementType::Hex8},   {"C3D8R", ElementType::Hex8},    {"C3D10", ElementType::Tet10},
-        {"C3D10T", ElementType::Tet10}, {"C3D15", ElementType::Wedge15}, {"C3D20", ElementType::Hex20},
-        {"C3D20R", ElementType::Hex20}};
-    for (const auto& [card, type] : rows) {
+TEST(InpReader, KnowsTheElements) {
+    using enum ElementFamily;
+    const std::tuple<const char*, ElementType, ElementFamily> rows[] = {
+        {"C3D4", ElementType::Tet4, Solid},          {"C3D6", ElementType::Wedge6, Solid},
+        {"C3D8I", ElementType::Hex8, Solid},         {"C3D8R", ElementType::Hex8, Solid},
+        {"C3D10T", ElementType::Tet10, Solid},       {"C3D15", ElementType::Wedge15, Solid},
+        {"C3D20R", ElementType::Hex20, Solid},       {"S3", ElementType::Tri3, Plate},
+        {"S4R", ElementType::Quad4, Plate},          {"S6", ElementType::Tri6, Plate},
+        {"S8R", ElementType::Quad8, Plate},          {"M3D6", ElementType::Tri6, Membrane},
+        {"CPS4R", ElementType::Quad4, PlaneStress},  {"CPE8", ElementType::Quad8, PlaneStrain},
+        {"CAX6", ElementType::Tri6, Axisymmetric},   {"B31R", ElementType::Beam, Line},
+        {"B32R", ElementType::Line3, Line},          {"T3D2", ElementType::Line2, Line},
+        {"SPRINGA", ElementType::Spring, Connector}, {"SPRING1", ElementType::Point, Connector},
+        {"GAPUNI", ElementType::Spring, Connector},  {"MASS", ElementType::Point, Connector}};
+    for (const auto& [card, type, family] : rows) {
         std::string text = "*NODE\n";
         const int count = elementNodeCount(static_cast<std::uint8_t>(type));
         for (int n = 1; n <= count; ++n)
@@ -97,8 +105,26 @@ TEST(InpReader, KnowsTheSolidElements) {
         const auto deck = readText(text + "\n");
         ASSERT_TRUE(deck) << card << ": " << deck.error().message;
         EXPECT_EQ(deck->elementTypes, (std::vector<std::uint8_t>{static_cast<std::uint8_t>(type)})) << card;
+        EXPECT_EQ(deck->elementFamilies, std::vector{family}) << card;
         EXPECT_EQ(deck->elementNodeOffsets.back(), static_cast<std::uint32_t>(count)) << card;
     }
+}
+
+TEST(InpReader, ReadsSectionsOfEveryKind) {
+    const auto deck = readText(kCube + "*ELEMENT,TYPE=S4,ELSET=P\n2,1,2,3,4\n3,5,6,7,8\n*ELSET,ELSET=Q\n3\n"
+                                       "*MATERIAL,NAME=M\n*MATERIAL,NAME=N\n"
+                                       "*Shell Section, Elset=P, Material=M, Offset=.5\n 0.25\n"
+                                       "*SHELL SECTION,ELSET=Q,COMPOSITE\n.1,3,M,OR\n.2,,N\n.3,,M\n"
+                                       "*MASS,ELSET=E\n1.\n");
+    ASSERT_TRUE(deck) << deck.error().message;
+    EXPECT_EQ(joined(deck->warnings), "");
+    ASSERT_EQ(deck->sections.size(), 3u);
+    EXPECT_EQ(deck->sections[0].thickness, 0.25);
+    EXPECT_EQ(deck->sections[0].layers, 0);
+    EXPECT_DOUBLE_EQ(deck->sections[1].thickness, 0.6);
+    EXPECT_EQ(deck->sections[1].materials, (std::vector<std::string>{"M", "N"}));
+    EXPECT_EQ(deck->elementLayers, (std::vector<std::uint16_t>{0, 0, 3}));
+    EXPECT_TRUE(deck->sections[2].materials.empty());
 }
 
 struct Bad {
@@ -115,13 +141,11 @@ TEST(InpReader, RefusesBrokenDecks) {
         {"*NODE\n9,0,1.5.,0\n", "x.inp:13: '1.5.' is no coordinate of node 9"},
         {"*NODE\n9,0,nan,0\n", "x.inp:13: 'nan' is no coordinate"},
         {"*NODE\n9,0,1e999,0\n", "x.inp:13: '1e999' is no coordinate"},
-        {"*NODE\n9,0,0,0,5\n", "x.inp:13: node 9 has more than three"},
         {"*ELEMENT,TYPE=C3D4\n1,1,2,3,5\n", "x.inp:13: element 1 was given before, at x.inp:11"},
         {"*ELEMENT,TYPE=C3D4\n2,1,2,3,99\n",
          "x.inp:13: element 2 has node 99, which the deck does not define"},
         {"*ELEMENT,TYPE=C3D4\n2,1,2,3\n*STEP\n", "x.inp:14: element 2 lacks 1 of its 4 nodes"},
         {"*ELEMENT,TYPE=C3D4\n2,1,2,3\n", "element 2 lacks 1 of its 4 nodes"},
-        {"*ELEMENT,TYPE=C3D4\n2,1,2,3,4,5\n", "x.inp:13: element 2 has more than the 4 nodes"},
         {"*ELEMENT,TYPE=C3D4\n2,1,2,3,b\n", "x.inp:13: 'b' is no node number of element 2"},
         {"*ELEMENT\n2,1,2,3,4\n", "x.inp:12: *ELEMENT has no TYPE"},
         {"*NSET,NSET=A\nALLE\n",
@@ -131,16 +155,8 @@ TEST(InpReader, RefusesBrokenDecks) {
         {"*NSET\n1\n", "x.inp:12: *NSET has no name"},
         {"*NSET,NSET=A,GENERATE\n5,1\n", "x.inp:13: the range ends before it begins"},
         {"*NSET,NSET=A,GENERATE\n1,5,0\n", "x.inp:13: '0' is no step of a range"},
-        {"*MATERIAL,NAME=M\n*MATERIAL,NAME=m\n", "x.inp:13: material 'm' was given before, at x.inp:12"},
         {"*ELASTIC\n1,1\n", "x.inp:12: *ELASTIC stands before any *MATERIAL"},
         {"*MATERIAL,NAME=M\n*ELASTIC\n21O000.,.3\n", "x.inp:14: '21O000.' is no elastic modulus"},
-        {"*MATERIAL,NAME=M\n*ELASTIC\n-1.,.3\n",
-         "x.inp:14: the elastic modulus of material 'M' is not positive"},
-        {"*MATERIAL,NAME=M\n*SOLID SECTION,ELSET=X,MATERIAL=M\n",
-         "x.inp:13: element set 'X' is not in the deck"},
-        {"*MATERIAL,NAME=M\n*SOLID SECTION,ELSET=E,MATERIAL=N\n",
-         "material 'N' is not in the deck; it has 'M'"},
-        {"*STATIC\n", "x.inp:12: *STATIC stands outside of a *STEP"},
         {"*INCLUDE,INPUT=nowhere.inc\n", "x.inp:12: the included file ./nowhere.inc is not there"},
     };
     for (const Bad& row : rows) {
@@ -149,18 +165,34 @@ TEST(InpReader, RefusesBrokenDecks) {
         EXPECT_NE(deck.error().message.find(row.words), std::string::npos)
             << row.cards << "gave: " << deck.error().message << "\nnot:  " << row.words;
     }
-    EXPECT_FALSE(readText("1,2,3\n"));
+    const auto noDeck = readText("1,2,3\n");
+    ASSERT_FALSE(noDeck);
+    EXPECT_NE(noDeck.error().message.find("is this a solver deck?"), std::string::npos);
 }
 
 TEST(InpReader, NamesWhatItLeavesOut) {
     const Bad rows[] = {
         {"*WIDGET, A=1\n1\n*WIDGET\n", "x.inp:12: *WIDGET is not read (2 times)"},
-        {"*BOUNDARY\nALL,1,3\n", "x.inp:12: *BOUNDARY: loads and supports are not kept"},
-        {"*ELEMENT,TYPE=S4R\n5,1,2,3,4\n6,5,6,\n7,8\n",
-         "x.inp:13: elements of type S4R are not read and left out (2 elements)"},
+        {"*BOUNDARY\nALL,1,3\n*CLOAD\n1,1,1.\n",
+         "x.inp:12: *BOUNDARY: loads, supports and links are not kept in the model (2 cards)"},
+        {"*ELEMENT,TYPE=US4\n5,1,2,3,4\n6,5,6,\n7,8\n",
+         "x.inp:13: elements of type US4 are not read and left out (2 elements)"},
+        {"*NODE\n9,0,0,0,5\n", "x.inp:13: node 9 has more than three"},
+        {"*ELEMENT,TYPE=C3D4\n2,1,2,3,4,5\n", "x.inp:13: element 2 has more than the 4 nodes"},
+        {"*MATERIAL,NAME=M\n*ELASTIC\n5,.3\n*MATERIAL,NAME=m\n*ELASTIC\n6,.4\n",
+         "x.inp:15: material 'm' was given before, at x.inp:12; the first is kept"},
+        {"*MATERIAL,NAME=M\n*ELASTIC\n-1.,.3\n",
+         "x.inp:14: the elastic modulus of material 'M' is not positive"},
+        {"*MATERIAL,NAME=M\n*HYPERELASTIC,NEO HOOKE\n1.,.3\n",
+         "x.inp:13: *HYPERELASTIC: material 'M' keeps no elastic modulus"},
+        {"*MATERIAL,NAME=M\n*SOLID SECTION,ELSET=X,MATERIAL=M\n",
+         "x.inp:13: element set 'X' is not in the deck"},
+        {"*MATERIAL,NAME=M\n*SOLID SECTION,ELSET=E,MATERIAL=N\n",
+         "material 'N' is not in the deck; it has 'M'"},
+        {"*STATIC\n", "x.inp:12: *STATIC stands outside of a *STEP"},
         {"*NODE,SYSTEM=C\n9,1,0,0\n", "x.inp:12: *NODE: the parameter SYSTEM is not read"},
         {"*MATERIAL,NAME=M\n*ELASTIC,TYPE=ORTHO\n1,2,3,4,5,6,7,8\n9\n",
-         "x.inp:13: *ELASTIC of type ORTHO is not read"},
+         "x.inp:13: *ELASTIC of type ORTHO: material 'M' keeps no elastic modulus"},
         {"*MATERIAL,NAME=M\n*ELASTIC\n1,0,20\n2,0,30\n", "x.inp:15: *ELASTIC depends on the temperature"},
         {"*NSET,NSET=A\n1,2,77,78\n", "x.inp:12: set 'A' lists 2 nodes that the deck does not define"},
         {"*STEP\n*EL FILE,GLOBAL=NO\nS\n", "x.inp:13: *EL FILE asks for results in local systems"},
