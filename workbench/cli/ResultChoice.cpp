@@ -58,11 +58,13 @@ CPOHVCase* stepByNumber(CPOHManager& results, const ResultChoice& choice) {
     return *number >= 1 && *number <= steps.size() ? steps[*number - 1] : nullptr;
 }
 
+/// The words in upper case, without brackets and the like.
 std::vector<std::string> wordsOf(const std::string& text) {
     std::vector<std::string> words;
     std::string word;
     for (const char c : upperCase(text) + " ") {
-        if (c != ' ') {
+        const bool separates = std::string_view(" ()[],;:%").find(c) != std::string_view::npos;
+        if (!separates) {
             word += c;
         } else if (!word.empty()) {
             words.push_back(std::move(word));

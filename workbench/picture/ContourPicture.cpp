@@ -111,24 +111,27 @@ class Drawing {
         return drawing;
     }
 
-    Result<Image> pixels() const { return renderScene(scene(&layout_->overlay()), 1, picture_.transparent); }
+    Result<Image> pixels() const {
+        return renderScene(scene(&layout_->overlay(), camera_), 1, picture_.transparent);
+    }
 
     Result<std::string> svg() const {
         constexpr int kDetail = 2;
-        const auto image = renderScene(scene(nullptr), kDetail, true);
+        const PixelBox box = imageBox();
+        ViewCamera camera = camera_;
+        camera.origin = {camera.origin[0] - box.left, camera.origin[1] - box.bottom};
+        Scene model = scene(nullptr, camera);
+        model.width = static_cast<int>(box.width());
+        model.height = static_cast<int>(box.height());
+        const auto image = renderScene(model, kDetail, true);
         if (!image) return image.error();
         const auto png = encodePng(*image);
         if (!png) return png.error();
         const std::string title = picture_.titleLines.empty() ? picture_.valueTitle : picture_.titleLines[0];
         return svgText(
-            {picture_.width,
-             picture_.height,
-             picture_.transparent,
-             title,
-             picture_.valueTitle + ", " + shortNumber(extent_.low) + " to " + shortNumber(extent_.high),
-             *png,
-             {0.0, 0.0, double(picture_.width), double(picture_.height)},
-             layout_->overlay()},
+            {picture_.width, picture_.height, picture_.transparent, title,
+             picture_.valueTitle + ", " + shortNumber(extent_.low) + " to " + shortNumber(extent_.high), *png,
+             box, layout_->overlay()},
             measure_);
     }
 
@@ -201,9 +204,20 @@ class Drawing {
         return {};
     }
 
-    Scene scene(const Overlay* overlay) const {
-        return {surface_, table_,  colors_->noValue(), picture_.edges,
-                camera_,  overlay, picture_.width,     picture_.height};
+    /// Whole pixels around the model, with room for the width of its lines and dots.
+    PixelBox imageBox() const {
+        constexpr double kRoom = 8.0;
+        const PixelBox box = boxOf(camera_, surface_);
+        return {std::max(0.0, std::floor(box.left - kRoom)), std::max(0.0, std::floor(box.bottom - kRoom)),
+                std::min<double>(picture_.width, std::ceil(box.right + kRoom)),
+                std::min<double>(picture_.height, std::ceil(box.top + kRoom))};
+    }
+
+    Scene scene(const Overlay* overlay, const ViewCamera& camera) const {
+        const double lineScale =
+            std::max(0.5, std::min<double>(picture_.height, 0.8 * picture_.width) / 1000.0);
+        return {surface_, table_,         colors_->noValue(), picture_.edges, camera,
+                overlay,  picture_.width, picture_.height,    lineScale};
     }
 
     ContourPicture picture_; ///< with the positions that are drawn

@@ -8,8 +8,8 @@
 namespace workbench {
 namespace {
 
-// What covering costs, by how much it hurts: a label on a label, on a mark, a line through a label, crossing
-// lines; a cell of the model; the distance counts 1 a unit.
+// What covering costs, by how much it hurts: a label on a label, on a mark, a line through a label, through a
+// mark or another line; a cell of the model; the distance counts 1 a unit.
 constexpr double kLabelCost = 1e7, kMarkCost = 2e5, kThroughCost = 1e5, kCrossingCost = 2e4, kModelCost = 6.0;
 
 constexpr double kDistances[] = {2.0, 4.0, 7.0, 11.0, 16.0, 22.0, 30.0};
@@ -70,8 +70,13 @@ double LabelPlacer::costOf(std::size_t mark, const PixelBox& box) const {
         if (cross(from, to, start, end)) cost += kCrossingCost;
     }
     const PixelBox aroundMark = grown(box, radius_);
-    for (const Pixel& other : marks_)
+    for (const Pixel& other : marks_) // its own too
         if (contains(aroundMark, {other[0], other[1], other[0], other[1]})) cost += kMarkCost;
+    for (std::size_t i = 0; i < marks_.size(); ++i) {
+        const Pixel& other = marks_[i];
+        if (i != mark && passes(from, to, grown({other[0], other[1], other[0], other[1]}, radius_)))
+            cost += kCrossingCost;
+    }
     return cost;
 }
 

@@ -139,13 +139,20 @@ class ModelActors {
         const ContourSurface& surface = scene_.surface;
         const double thin = 1.1 * scale;
         if (scene_.edges == PictureEdges::Mesh && !surface.meshEdges.empty())
-            paint(addLines(surface.positions, surface.meshEdges, 0.5 * scale), kMeshEdgeColor);
+            paint(addLines(surface.positions, surface.meshEdges, 0.8 * scale), kMeshEdgeColor);
         if (scene_.edges != PictureEdges::None && !surface.featureEdges.empty())
             paint(addLines(surface.positions, surface.featureEdges, thin), kEdgeColor);
-        if (surface.restOutline && !surface.featureEdges.empty())
-            paint(addLines(surface.restPositions, surface.featureEdges, thin), kRestEdgeColor);
+        if (surface.restOutline && !surface.featureEdges.empty()) addRestOutline(thin);
         if (!surface.markedEdges.empty())
             paint(addLines(surface.positions, surface.markedEdges, 2.4 * scale), kMarkedEdgeColor);
+    }
+
+    /// Behind the surface where that has not moved.
+    void addRestOutline(double width) {
+        const ContourSurface& surface = scene_.surface;
+        vtkActor& actor = addLines(surface.restPositions, surface.featureEdges, width);
+        paint(actor, kRestEdgeColor);
+        actor.GetMapper()->SetRelativeCoincidentTopologyLineOffsetParameters(8.0, 100.0);
     }
 
     vtkSmartPointer<vtkPolyData> faces(const std::vector<std::array<std::uint32_t, 3>>& triangles) {
@@ -342,7 +349,7 @@ Result<Image> renderScene(const Scene& scene, int detail, bool transparent) {
     window.window().SetDPI(72);
     vtkMapper::SetResolveCoincidentTopologyToPolygonOffset();
     const double scale = static_cast<double>(detail) * factor;
-    const ModelActors actors(*renderer, scene, scale);
+    const ModelActors actors(*renderer, scene, scene.lineScale * scale);
     if (scene.overlay) addOverlay(*renderer, *scene.overlay, scale);
     setCamera(*renderer, scene.camera, scene.surface.extent, scene.width, scene.height);
     const auto drawOn = [&](double background) {

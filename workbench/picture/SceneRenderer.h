@@ -24,6 +24,7 @@ struct Scene {
     const ViewCamera& camera;
     const Overlay* overlay; ///< over the model; null for none
     int width, height;
+    double lineScale; ///< 1 in a picture of 1000 pixels in height
 };
 
 /// Draws the surface through the camera, then the overlay, on white or on nothing. The image has `detail`

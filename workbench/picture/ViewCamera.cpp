@@ -121,22 +121,27 @@ std::optional<ViewCamera> viewAxes(std::string_view name, const Vector3& extent)
     return camera;
 }
 
-void fitInto(ViewCamera& camera, const ContourSurface& surface, const PixelBox& box) {
+PixelBox boxOf(const ViewCamera& camera, const ContourSurface& surface) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
-    Pixel low{infinity, infinity}, high{-infinity, -infinity};
+    PixelBox box{infinity, infinity, -infinity, -infinity};
     const auto include = [&](const std::array<float, 3>& vertex) {
-        const Pixel at{dot(camera.right, toDouble(vertex)), dot(camera.up, toDouble(vertex))};
-        for (std::size_t i = 0; i < 2; ++i) {
-            low[i] = std::min(low[i], at[i]);
-            high[i] = std::max(high[i], at[i]);
-        }
+        const Pixel at = camera.project(toDouble(vertex));
+        box = {std::min(box.left, at[0]), std::min(box.bottom, at[1]), std::max(box.right, at[0]),
+               std::max(box.top, at[1])};
     };
     std::ranges::for_each(surface.positions, include);
     if (surface.restOutline) std::ranges::for_each(surface.restPositions, include);
-    const double across = std::max((high[0] - low[0]) / box.width(), (high[1] - low[1]) / box.height());
+    return box;
+}
+
+void fitInto(ViewCamera& camera, const ContourSurface& surface, const PixelBox& box) {
+    camera.pixelsPerLength = 1.0;
+    camera.origin = {};
+    const PixelBox own = boxOf(camera, surface);
+    const double across = std::max(own.width() / box.width(), own.height() / box.height());
     camera.pixelsPerLength = across > 0.0 ? 1.0 / across : 1.0;
-    camera.origin = {0.5 * (box.left + box.right) - camera.pixelsPerLength * 0.5 * (low[0] + high[0]),
-                     0.5 * (box.bottom + box.top) - camera.pixelsPerLength * 0.5 * (low[1] + high[1])};
+    camera.origin = {0.5 * (box.left + box.right) - camera.pixelsPerLength * 0.5 * (own.left + own.right),
+                     0.5 * (box.bottom + box.top) - camera.pixelsPerLength * 0.5 * (own.bottom + own.top)};
 }
 
 bool isHidden(const ViewCamera& camera, const ContourSurface& surface, const Vector3& position) {

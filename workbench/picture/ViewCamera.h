@@ -37,6 +37,9 @@ std::optional<ViewCamera> viewAxes(std::string_view name, const Vector3& extent)
 /// Scales and shifts the projection so that all vertices lie in `box`, in its middle, as large as they can.
 void fitInto(ViewCamera& camera, const ContourSurface& surface, const PixelBox& box);
 
+/// The box around all that is drawn of the surface.
+PixelBox boxOf(const ViewCamera& camera, const ContourSurface& surface);
+
 /// True when a triangle lies in front of the vertex at `position`, nearer by more than rounding.
 bool isHidden(const ViewCamera& camera, const ContourSurface& surface, const Vector3& position);
 

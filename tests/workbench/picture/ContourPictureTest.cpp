@@ -71,12 +71,50 @@ Image readPng(const fs::path& path) {
     png.version = PNG_IMAGE_VERSION;
     Image image;
     if (!png_image_begin_read_from_file(&png, path.c_str())) return image;
-    png.format = PNG_FORMAT_RGB;
-    image.pixels.resize(static_cast<std::size_t>(png.width) * png.height);
-    if (!png_image_finish_read(&png, nullptr, image.pixels.data(), 0, nullptr)) return {};
+    const bool transparent = (png.format & PNG_FORMAT_FLAG_ALPHA) != 0;
+    png.format = PNG_FORMAT_RGBA;
+    std::vector<std::array<std::uint8_t, 4>> pixels(static_cast<std::size_t>(png.width) * png.height);
+    if (!png_image_finish_read(&png, nullptr, pixels.data(), 0, nullptr)) return {};
+    for (const auto& pixel : pixels) {
+        image.pixels.push_back({pixel[0], pixel[1], pixel[2]});
+        if (transparent) image.alpha.push_back(pixel[3]);
+    }
     image.width = static_cast<int>(png.width);
     image.height = static_cast<int>(png.height);
     return image;
+}
+
+std::string readText(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// The bytes behind "base64," in an SVG text, decoded by hand.
+std::string embeddedBytes(const std::string& svg) {
+    const std::string letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string bytes;
+    unsigned group = 0;
+    int bits = 0;
+    for (std::size_t i = svg.find("base64,") + 7; i < svg.size() && svg[i] != '"' && svg[i] != '='; ++i) {
+        group = group << 6 | static_cast<unsigned>(letters.find(svg[i]));
+        bits += 6;
+        if (bits < 8) continue;
+        bits -= 8;
+        bytes += static_cast<char>(group >> bits & 255u);
+    }
+    return bytes;
+}
+
+/// Columns of the model's part of a picture in which something is drawn: first and last.
+std::pair<int, int> columnsOf(const Image& image) {
+    std::pair<int, int> columns{kModelRight, 0};
+    for (int y = image.height / 5; y < image.height; ++y)
+        for (int x = 0; x < kModelRight; ++x)
+            if (image.at(x, y) != Rgb{255, 255, 255}) {
+                columns.first = std::min(columns.first, x);
+                columns.second = std::max(columns.second, x);
+            }
+    return columns;
 }
 
 /// Pixels of the model whose colour is `color`, shaded by the light or not.
@@ -167,6 +205,111 @@ TEST(ContourPicture, NodesWithoutValueAreGreyAndTheOthersKeepTheirs) {
     EXPECT_GT(shadesOf(*image, ColorScale::find("viridis")->at(0.0)), 300);
 }
 
+TEST(ContourPicture, ElementsWithoutValuesAreGreyThoughTheirNodesHaveSome) {
+    CubeCase cube;
+    const std::vector<std::uint8_t> none(cube.mesh.types.size(), 0);
+    cube.picture.valuedElements = none;
+    const auto image = drawContour(cube.picture);
+    ASSERT_TRUE(image) << messageOf(image);
+    EXPECT_GT(shadesOf(*image, {178, 178, 178}), 20000);
+    EXPECT_LT(shadesOf(*image, ColorScale::find("viridis")->at(1.0)), 50);
+}
+
+TEST(ContourPicture, WhatLiesOutsideAGivenRangeHasColoursOfItsOwn) {
+    CubeCase cube;
+    cube.picture.range = ValueRange{100, 200};
+    cube.picture.view = "right";
+    const auto image = drawContour(cube.picture);
+    ASSERT_TRUE(image) << messageOf(image);
+    const ColorScale& viridis = *ColorScale::find("viridis");
+    EXPECT_GT(shadesOf(*image, viridis.above), 1000);
+    EXPECT_GT(shadesOf(*image, viridis.at(0.0)), 300);
+    EXPECT_LT(shadesOf(*image, viridis.below), 50); // nothing below 100 on this side
+    cube.picture.view = "left";
+    const auto other = drawContour(cube.picture);
+    ASSERT_TRUE(other) << messageOf(other);
+    EXPECT_GT(shadesOf(*other, viridis.below), 1000);
+    EXPECT_LT(shadesOf(*other, viridis.above), 50);
+}
+
+TEST(ContourPicture, TheDeformedShapeMovesAndTheOutlineStays) {
+    CubeCase cube;
+    cube.picture.view = "front";
+    std::vector<std::array<float, 3>> moves;
+    for (const auto& p : cube.mesh.positions)
+        moves.push_back({static_cast<float>(0.01 * p[2]), 0, 0});
+    const auto still = drawContour(cube.picture);
+    cube.picture.displacements = moves;
+    cube.picture.deformation = 50.0; // half the edge to the right at the top
+    const auto moved = drawContour(cube.picture);
+    ASSERT_TRUE(still && moved) << messageOf(moved);
+    const auto [left, right] = columnsOf(*still);
+    const auto [movedLeft, movedRight] = columnsOf(*moved);
+    EXPECT_NEAR(double(movedRight - movedLeft) / (right - left), 1.5, 0.05);
+    const auto drawnAtTopLeft = [&](const Image& image) {
+        // Where the undeformed cube has its upper left corner.
+        int count = 0;
+        for (int y = 60; y < 200; ++y)
+            for (int x = movedLeft - 2; x < movedLeft + 4; ++x)
+                count += image.at(x, y) != Rgb{255, 255, 255};
+        return count;
+    };
+    const int without = drawnAtTopLeft(*moved);
+    cube.picture.restOutline = true;
+    const auto outlined = drawContour(cube.picture);
+    ASSERT_TRUE(outlined) << messageOf(outlined);
+    EXPECT_GT(drawnAtTopLeft(*outlined), without + 80);
+}
+
+TEST(ContourPicture, ATransparentPictureIsTheWhiteOneWithoutItsPaper) {
+    const Folder folder;
+    CubeCase cube;
+    cube.picture.marks = {{0, "Node 1"}, {3, "Element 4", PictureMark::Kind::Element}};
+    const auto white = drawContour(cube.picture);
+    cube.picture.transparent = true;
+    const auto written = writeContour(cube.picture, folder / "cube.PNG");
+    ASSERT_TRUE(white && written) << messageOf(white);
+    const Image clear = readPng(folder / "cube.PNG");
+    ASSERT_EQ(clear.alpha.size(), white->pixels.size());
+    EXPECT_EQ(clear.alpha.front(), 0);
+    EXPECT_GT(std::ranges::count(clear.alpha, 255), 20000);
+    int largest = 0;
+    for (std::size_t i = 0; i < clear.pixels.size(); ++i)
+        for (std::size_t c = 0; c < 3; ++c) {
+            const int onPaper = (clear.pixels[i][c] * clear.alpha[i] + 255 * (255 - clear.alpha[i])) / 255;
+            largest = std::max(largest, std::abs(onPaper - white->pixels[i][c]));
+        }
+    EXPECT_LE(largest, 3);
+}
+
+TEST(ContourPicture, AnSvgFileHoldsTextsAndTheModelAtTwiceThePixels) {
+    const Folder folder;
+    CubeCase cube;
+    cube.picture.marks = {{124, "Node 125: 300"}};
+    const auto written = writeContour(cube.picture, folder / "cube.svg");
+    ASSERT_TRUE(written) << written.error().message;
+    EXPECT_EQ(written->bar.low, 0.0);
+    EXPECT_EQ(written->bar.high, 300.0);
+    const std::string svg = readText(folder / "cube.svg");
+    for (const char* text : {">해석 1</text>", ">Case 1</text>", ">Stress [MPa]</text>",
+                             ">Node 125: 300</text>", ">300</text>", ">Max 300</text>"})
+        EXPECT_NE(svg.find(text), std::string::npos) << text;
+    std::ofstream(folder / "model.png", std::ios::binary) << embeddedBytes(svg);
+    const Image model = readPng(folder / "model.png");
+    const auto attribute = [&](const char* name) {
+        const std::size_t at = svg.find(name, svg.find("<image"));
+        return std::atoi(svg.c_str() + at + std::strlen(name));
+    };
+    ASSERT_GT(model.width, 0);
+    EXPECT_EQ(model.width, 2 * attribute("width=\""));
+    EXPECT_EQ(model.height, 2 * attribute("height=\""));
+    EXPECT_LT(attribute("width=\""), kModelRight);
+    const auto opaque = std::ranges::count(model.alpha, 255);
+    EXPECT_GT(opaque, model.width * model.height / 2);
+    EXPECT_LT(opaque, model.width * model.height * 9 / 10);
+    EXPECT_EQ(model.alpha.front(), 0);
+}
+
 TEST(ContourPicture, EveryElementFamilyViewAndScaleIsDrawn) {
     for (const std::string_view view : viewNames())
         for (const std::string_view colors : colorScaleNames()) {
@@ -175,13 +318,17 @@ TEST(ContourPicture, EveryElementFamilyViewAndScaleIsDrawn) {
             cube.mesh.addElement(ElementType::Line2, {0, far});
             cube.mesh.addElement(ElementType::Tri3, {0, 4, far});
             cube.mesh.addElement(ElementType::Point, {far});
+            cube.mesh.addElement(static_cast<ElementType>(20), {0, far}); // a spring
             cube.values.push_back(1e7f);
             cube.picture.mesh = cube.mesh.view();
             cube.picture.values = cube.values;
             cube.picture.view = view;
             cube.picture.colorScale = colors;
             if (colors != "blue-red") cube.picture.valueScale = ValueScale::Logarithmic;
+            cube.picture.edges = PictureEdges::Mesh;
             cube.picture.marks = {{far, "Node 126"},
+                                  {66, "Element 67", PictureMark::Kind::Element},
+                                  {30, "an inner element", PictureMark::Kind::Element},
                                   {0, "\xFF a label that is far too long for the picture, "
                                       "and then some more of it, 하중 케이스"}};
             const auto image = drawContour(cube.picture);
@@ -223,6 +370,27 @@ TEST(ContourPicture, WhatCannotBeDrawnIsRefusedWithASentence) {
              c.picture.marks = {{125, "X"}};
          },
          "\"X\" does not exist"},
+        {[](CubeCase& c) {
+             c.picture.marks = {{64, "Y", PictureMark::Kind::Element}};
+         },
+         "element marked \"Y\" does not exist"},
+        {[](CubeCase& c) {
+             static const std::vector<std::array<float, 3>> three(3);
+             c.picture.displacements = three;
+         },
+         "3 displacements for 125 nodes"},
+        {[](CubeCase& c) {
+             static const std::vector<std::uint8_t> one(1, 1);
+             c.picture.valuedElements = one;
+         },
+         "1 elements which have a value, of 64"},
+        {[](CubeCase& c) { c.picture.deformation = std::numeric_limits<double>::infinity(); },
+         "factor of the displacements"},
+        {[](CubeCase& c) {
+             c.picture.colorScale = "blue-red";
+             c.picture.valueScale = ValueScale::Logarithmic;
+         },
+         "middle at zero"},
         {[](CubeCase& c) { std::ranges::fill(c.values, std::numeric_limits<float>::quiet_NaN()); },
          "no node has a value"},
         {[](CubeCase& c) {

@@ -137,6 +137,33 @@ TEST(SurfaceFaces, AThreeNodeLineIsDrawnThroughItsMiddleWhereverThatIsListed) {
     }
 }
 
+TEST(SurfaceFaces, PointsAndSpringsAreDotsAndSpecialElementsAreLeftOut) {
+    struct Row {
+        int type;
+        std::vector<std::uint32_t> nodes;
+        std::size_t dots, segments;
+    };
+    const Row rows[] = {{0, {1}, 1, 0},        {16, {0, 1}, 2, 1},       {20, {0, 2}, 2, 1},
+                        {30, {0, 1, 2}, 3, 0}, {31, {0, 1, 2, 3}, 0, 0}, {255, {0}, 0, 0}};
+    for (const Row& row : rows) {
+        PictureMesh mesh;
+        for (const double x : {0.0, 1.0, 2.0, 3.0})
+            mesh.addNode({x, 0, 0});
+        mesh.addElement(ElementType::Line2, {2, 3});
+        mesh.addElement(static_cast<ElementType>(row.type), row.nodes);
+        const auto surface = surfaceFacesOf(mesh.view());
+        ASSERT_TRUE(surface) << row.type;
+        EXPECT_EQ(surface->dots.size(), row.dots) << row.type;
+        EXPECT_EQ(surface->segments.size(), 1 + row.segments) << row.type;
+        for (const SurfaceDot& dot : surface->dots)
+            EXPECT_EQ(dot.element, 1u) << row.type;
+    }
+    PictureMesh mesh;
+    mesh.addNode({0, 0, 0});
+    mesh.addElement(static_cast<ElementType>(20), {0, 7});
+    EXPECT_FALSE(surfaceFacesOf(mesh.view()));
+}
+
 TEST(SurfaceFaces, AMeshThatContradictsItselfIsRefused) {
     struct Row {
         const char* fault;

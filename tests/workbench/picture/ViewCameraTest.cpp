@@ -64,6 +64,29 @@ TEST(ViewCamera, TheModelFillsItsBoxOneWayAndStaysInItTheOther) {
         }
 }
 
+TEST(ViewCamera, AnglesGoFromTheFrontToTheRightAndUpwards) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"0,0", "front"},  {"90,0", "right"}, {"180,0", "back"}, {"-180,0", "back"},
+        {"-90,0", "left"}, {"270,0", "left"}, {"0,90", "top"},   {"180,-90", "bottom"}};
+    for (const auto& [angles, name] : rows) {
+        const auto camera = viewAxes(angles, {1, 1, 1});
+        const auto expected = viewAxes(name, {1, 1, 1});
+        ASSERT_TRUE(camera) << angles;
+        for (std::size_t c = 0; c < 3; ++c) {
+            EXPECT_NEAR(camera->toViewer[c], expected->toViewer[c], 1e-12) << angles;
+            EXPECT_NEAR(camera->right[c], expected->right[c], 1e-12) << angles;
+            EXPECT_NEAR(camera->up[c], expected->up[c], 1e-12) << angles;
+        }
+    }
+    const auto slanted = viewAxes("30,20", {1, 1, 1});
+    EXPECT_GT(slanted->toViewer[0], 0.4);
+    EXPECT_NEAR(slanted->toViewer[2], 0.342020143, 1e-9);
+    EXPECT_GT(slanted->up[2], 0.9);
+    for (const char* wrong :
+         {"", ",", "30", "30,", "30,95", "400,0", "nan,0", "30,20,10", "3x,1", "isometric"})
+        EXPECT_FALSE(viewAxes(wrong, {1, 1, 1})) << wrong;
+}
+
 TEST(ViewCamera, ANodeBehindTheModelIsHidden) {
     struct Row {
         const char* view;
