@@ -211,6 +211,25 @@ bool removeAbandoned(const fs::path& path) {
     return removed;
 }
 
+FileInWork::~FileInWork() {
+    if (lock_ >= 0) ::close(lock_);
+}
+
+FileInWork::FileInWork(FileInWork&& other) noexcept
+    : lock_(std::exchange(other.lock_, -1)) {}
+
+bool FileInWork::mark(const fs::path& path) {
+    const int fd = ::open(path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK);
+    if (fd < 0) return true;
+    if (tryLock(fd) == Lock::HeldElsewhere) {
+        ::close(fd);
+        return false;
+    }
+    if (lock_ >= 0) ::close(lock_);
+    lock_ = fd;
+    return true;
+}
+
 bool takeName(const fs::path& existing, const fs::path& name) {
     struct stat standing {};
     if (::lstat(name.c_str(), &standing) == 0 && !isAbandoned(name)) return false;

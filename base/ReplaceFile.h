@@ -52,6 +52,22 @@ bool isAbandoned(const std::filesystem::path& path);
 /// Removes a file that is abandoned. False when it is not, or the removal failed.
 bool removeAbandoned(const std::filesystem::path& path);
 
+/// The same mark on a file that stands: whoever works long on a file that it will change holds it meanwhile.
+class FileInWork {
+  public:
+    FileInWork() = default;
+    ~FileInWork();
+    FileInWork(FileInWork&& other) noexcept;
+    FileInWork& operator=(FileInWork&&) = delete;
+
+    /// False when another program or object holds the mark. Files that cannot be marked count as marked: no
+    /// right to write, a file system without locks.
+    bool mark(const std::filesystem::path& path);
+
+  private:
+    int lock_ = -1;
+};
+
 /// Gives the file `existing` the second name `name` in the same folder, in one move, in the place of an
 /// abandoned file that may stand there. False, and nothing changed, where another program works on that file
 /// or the file system knows no second names.

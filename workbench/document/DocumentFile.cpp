@@ -57,8 +57,9 @@ Result<void> takeMesh(const SqliteConnection& connection, const DocumentRows& ro
     return {};
 }
 
-/// Reads a document into `database`; the mesh only without `summary`.
-Result<void> read(const fs::path& path, ModelDatabase& database, DocumentSummary* summary) {
+enum class Mesh { Read, LeftOut };
+
+Result<void> read(const fs::path& path, ModelDatabase& database, DocumentSummary& summary, Mesh mesh) {
     if (auto checked = checkReadable(path); !checked) return checked;
     // Opened for writing where that is possible: only so a save that was cut short can be taken back.
     auto connection = SqliteConnection::open(path, SQLITE_OPEN_READWRITE);
@@ -70,9 +71,9 @@ Result<void> read(const fs::path& path, ModelDatabase& database, DocumentSummary
     if (auto taken = takeRows(*rows, state); !taken) return taken;
     auto read = summaryOf(*rows);
     if (!read) return read.error();
-    if (summary) {
-        *summary = *read;
-        summary->units = state.units;
+    summary = std::move(*read);
+    summary.units = state.units;
+    if (mesh == Mesh::LeftOut) {
         state.meshIsLoaded = false;
     } else if (auto taken = takeMesh(*connection, *rows, state); !taken) {
         return taken;
@@ -82,11 +83,11 @@ Result<void> read(const fs::path& path, ModelDatabase& database, DocumentSummary
     return {};
 }
 
-Result<std::unique_ptr<ModelDatabase>> open(const fs::path& path, DocumentSummary* summary) {
+Result<std::unique_ptr<ModelDatabase>> open(const fs::path& path, DocumentSummary& summary, Mesh mesh) {
     auto database = std::make_unique<ModelDatabase>();
     Result<void> done;
     try {
-        done = read(resolved(path), *database, summary);
+        done = read(resolved(path), *database, summary, mesh);
     } catch (const std::bad_alloc&) {
         done = Error{"there is not enough memory for it"};
     }
@@ -125,6 +126,8 @@ class LockedTarget {
     static Result<std::optional<LockedTarget>> lock(const fs::path& path) {
         auto connection = SqliteConnection::open(path, SQLITE_OPEN_READWRITE);
         if (!connection) return connection.error();
+        // Such a database takes a transaction for writing, and fails at its end.
+        if (connection->isReadOnly()) return Error{"it is write-protected"};
         // EXTRA: the end of a transaction is on the disk when it is reported.
         for (const char* sql :
              {"PRAGMA journal_mode=DELETE", "PRAGMA synchronous=EXTRA", "BEGIN IMMEDIATE"}) {
@@ -145,13 +148,13 @@ class LockedTarget {
     SqliteConnection connection_;
 };
 
-/// Fills the new file at `path`. Nobody sees it yet, so it needs no journal; the commit of the name flushes
-/// it.
+/// Fills the new file at `path`. Nobody sees it yet, so its journal needs no file (connections that distrust
+/// their file do not go without one); the commit of the name flushes it.
 Result<void> writeNewFile(const fs::path& path, const MeshData& mesh, DocumentRows& rows) {
     auto connection = SqliteConnection::open(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     if (!connection) return connection.error();
     for (const char* sql :
-         {"PRAGMA locking_mode=EXCLUSIVE", "PRAGMA journal_mode=OFF", "PRAGMA synchronous=OFF", "BEGIN"})
+         {"PRAGMA locking_mode=EXCLUSIVE", "PRAGMA journal_mode=MEMORY", "PRAGMA synchronous=OFF", "BEGIN"})
         if (auto done = connection->run(sql); !done) return done;
     if (auto done = createTables(*connection); !done) return done;
     if (auto done = writeRecords(*connection, rows.records); !done) return done;
@@ -249,11 +252,16 @@ Result<void> checkSavable(const ModelDatabase& database) {
 }
 
 Result<std::unique_ptr<ModelDatabase>> openDocument(const fs::path& path) {
-    return open(path, nullptr);
+    DocumentSummary summary;
+    return openDocument(path, summary);
+}
+
+Result<std::unique_ptr<ModelDatabase>> openDocument(const fs::path& path, DocumentSummary& summary) {
+    return open(path, summary, Mesh::Read);
 }
 
 Result<std::unique_ptr<ModelDatabase>> openDocumentRecords(const fs::path& path, DocumentSummary& summary) {
-    return open(path, &summary);
+    return open(path, summary, Mesh::LeftOut);
 }
 
 Result<void> saveDocument(ModelDatabase& database, const fs::path& path) {

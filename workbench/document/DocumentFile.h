@@ -25,6 +25,9 @@ struct DocumentSummary {
 
 /// Opens a `.wkm` document with its mesh and checks every block against its checksum.
 Result<std::unique_ptr<ModelDatabase>> openDocument(const std::filesystem::path& path);
+/// Likewise, with what the document states about itself in short.
+Result<std::unique_ptr<ModelDatabase>> openDocument(const std::filesystem::path& path,
+                                                    DocumentSummary& summary);
 
 /// Opens a document without its mesh (mesh() is then empty and must not be saved back): for `info`.
 Result<std::unique_ptr<ModelDatabase>> openDocumentRecords(const std::filesystem::path& path,

@@ -23,6 +23,10 @@ Error reasonOf(sqlite3* handle) {
     case SQLITE_FULL:
         return Error{"the disk is full; make room and try again"};
     case SQLITE_READONLY:
+        if (sqlite3_extended_errcode(handle) == SQLITE_READONLY_ROLLBACK)
+            return Error{
+                "a save of it was cut short, which cannot be taken back where it is write-protected; copy "
+                "it with its -journal file to a folder that you may write to, and open it there"};
         return Error{"it is write-protected"};
     case SQLITE_CANTOPEN:
         return Error{"the file cannot be opened" + systemText};

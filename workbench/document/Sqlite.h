@@ -27,6 +27,8 @@ class SqliteConnection {
     Error error() const;
     /// True when the file has another name, or none, since it was opened.
     bool fileHasMoved() const;
+    /// True when the file may not be written to, also where writing was asked for.
+    bool isReadOnly() const { return sqlite3_db_readonly(handle_.get(), "main") == 1; }
     sqlite3* handle() const { return handle_.get(); }
 
   private:

@@ -211,7 +211,10 @@ void ResultTree::rebuild() {
         const auto added = (*owner)->addFile(database_, record, folder_ / std::filesystem::path(record.path));
         if (!added) {
             ++unreadable_;
-            qmMsgOutError(framework::fromUtf8(added.error().message));
+            qmMsgOutError(framework::fromUtf8(added.error().message) + L"; analysis \"" +
+                          (*owner)->GetName() +
+                          L"\" is without these results until the file is restored or "
+                          L"made again");
         }
     }
 }

@@ -71,4 +71,12 @@ Result<void> Document::save() {
     return saveDocument(*database_, path_);
 }
 
+Result<void> Document::reserve() {
+    if (auto savable = checkSavable(*database_); !savable) return savable;
+    if (isReserved_) return {};
+    isReserved_ = inWork_.mark(path_);
+    if (isReserved_) return {};
+    return Error{"another program is working on " + path_.string() + "; wait until it has finished"};
+}
+
 } // namespace workbench

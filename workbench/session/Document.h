@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/ReplaceFile.h"
 #include "base/Result.h"
 #include "host/QMDocBase.h"
 #include "workbench/document/DocumentFile.h"
@@ -44,11 +45,16 @@ class Document final : public CQMDocBase {
     void showMeshSet(ItrKey set, bool show);
 
     Result<void> save();
+    /// To be called before long work that ends with a save: whether the file can be saved to now. From then
+    /// on, as long as this object lives, the same call of another program is refused.
+    Result<void> reserve();
 
   private:
     Document(std::filesystem::path path, std::unique_ptr<ModelDatabase> database);
 
     std::filesystem::path path_; ///< absolute
+    FileInWork inWork_;
+    bool isReserved_ = false;
     std::unique_ptr<ModelDatabase> database_;
     ResultTree tree_;
     PostFileManager files_;

@@ -43,6 +43,7 @@ std::vector<FatigueRunReport> runFatigue(WorkbenchHost& host, Document& document
     std::vector<FatigueRunReport> reports;
     const auto* pool = document.database().Pool<DPoolFatg>();
     const auto* analyses = document.database().Pool<DPoolVXMcas>();
+    const auto reserved = document.reserve();
     for (const ItrKey key : definitions) {
         const tagTFatg& definition = pool->GetAtNU(key);
         FatigueRunReport report;
@@ -50,6 +51,11 @@ std::vector<FatigueRunReport> runFatigue(WorkbenchHost& host, Document& document
         tagTVXMcas analysis;
         if (analyses->Get(definition.resultAnalysisKey, analysis))
             report.resultAnalysis = framework::toUtf8(analysis.name);
+        if (!reserved) {
+            report.cause = reserved.error().message;
+            reports.push_back(std::move(report));
+            continue;
+        }
         const std::size_t errorsBefore = host.errors().size();
         framework::forgetLastProcess();
         std::vector<std::uint64_t> one{key};

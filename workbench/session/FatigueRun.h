@@ -20,7 +20,7 @@ struct FatigueRunReport {
 
 /// Runs fatigue definitions through the module, one after another, in the document's own unit system; the
 /// unit system for display is put back afterwards. Results are registered with the document, which is not
-/// saved here.
+/// saved here; nothing is run when it could not be saved, or another program runs definitions of it.
 std::vector<FatigueRunReport> runFatigue(WorkbenchHost& host, Document& document,
                                          const std::vector<ItrKey>& definitions);
 
