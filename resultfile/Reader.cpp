@@ -99,4 +99,16 @@ Result<void> Reader::valuesInto(std::size_t caseIndex, std::size_t stepIndex, un
     return {};
 }
 
+Result<void> Reader::visit(std::size_t caseIndex, std::size_t stepIndex, unsigned id,
+                           const std::function<void(std::span<const float>)>& use) const {
+    const Session session;
+    const auto found = state_->find(caseIndex, stepIndex, id);
+    if (!found) return found.error();
+    const std::uint64_t count = found->component->count;
+    std::vector<float> block(std::min(kReadBlock, count));
+    return state_->readBlocks<float>(
+        state_->dataset.get(), count, found->subject,
+        [&](std::uint64_t, std::uint64_t) { return block.data(); }, use);
+}
+
 } // namespace resultfile

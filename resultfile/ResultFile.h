@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -134,6 +135,10 @@ class Reader {
     /// not.
     Result<void> valuesInto(std::size_t caseIndex, std::size_t stepIndex, unsigned id, std::uint64_t first,
                             std::span<float> out) const;
+    /// Gives all values to `use` in pieces, in order, and checks them against their checksum at the end: for
+    /// tables that need not be in memory whole.
+    Result<void> visit(std::size_t caseIndex, std::size_t stepIndex, unsigned id,
+                       const std::function<void(std::span<const float>)>& use) const;
 
   private:
     struct State;
