@@ -2,6 +2,7 @@
 
 #include "workbench/import/ElementCards.h"
 #include "workbench/import/FrdReader.h"
+#include "workbench/import/SolverDeck.h"
 
 #include <array>
 #include <cstdint>
@@ -21,6 +22,9 @@ struct ResultMesh {
     std::span<const std::uint32_t> elementNodes;   ///< node positions
     std::span<const std::int32_t> leftOutElements; ///< ascending; elements of types that are not read
     std::span<const std::uint16_t> elementLayers;  ///< empty: no element has layers
+    std::span<const SolverOrientation> orientations;
+    /// Of each element, as SolverDeck has them; empty: tensors of the file stand in global axes.
+    std::span<const std::uint16_t> elementOrientations;
     bool solverAddsItems = false; ///< the result file may have nodes and elements that are not the deck's
 
     std::span<const std::uint32_t> nodesOf(std::size_t element) const {

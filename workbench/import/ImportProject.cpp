@@ -136,6 +136,8 @@ class ProjectImport {
                                     mesh.elementNodes,
                                     solverDecks_.front().leftOutElements,
                                     solverDecks_.front().elementLayers,
+                                    solverDecks_.front().orientations,
+                                    solverDecks_.front().elementOrientations,
                                     solverDecks_.front().solverAddsItems};
         ResultImport import(*writer, resultMesh, solverDecks_[index].steps, analysis.cases,
                             analysis.results.string(), [&](double part) {

@@ -225,19 +225,30 @@ Result<void> assembleMesh(InpRaw& raw, SolverDeck& deck) {
     return {};
 }
 
-void countLayers(SolverDeck& deck) {
-    const auto layered = [](const SolverSection& section) { return section.layers > 0; };
-    if (std::none_of(deck.sections.begin(), deck.sections.end(), layered)) return;
-    deck.elementLayers.assign(deck.elementNumbers.size(), 0);
+void applySections(SolverDeck& deck) {
+    const auto any = [&](auto has) { return std::any_of(deck.sections.begin(), deck.sections.end(), has); };
+    const bool layered = any([](const SolverSection& section) { return section.layers > 0; });
+    const bool oriented = deck.hasLocalResults &&
+                          any([](const SolverSection& section) { return !section.orientation.empty(); });
+    if (layered) deck.elementLayers.assign(deck.elementNumbers.size(), 0);
+    if (oriented) deck.elementOrientations.assign(deck.elementNumbers.size(), 0);
+    if (!layered && !oriented) return;
+    const auto named = [](const auto& records, const std::string& name) {
+        return std::find_if(records.begin(), records.end(),
+                            [&](const auto& record) { return equalIgnoringCase(record.name, name); });
+    };
     const NumberIndex elements(deck.elementNumbers);
     for (const SolverSection& section : deck.sections) {
-        const auto set = std::find_if(deck.elementSets.begin(), deck.elementSets.end(), [&](const auto& one) {
-            return equalIgnoringCase(one.name, section.elementSet);
-        });
-        for (const std::int32_t number : set->numbers)
-            if (const std::uint32_t element = elements.find(number);
-                deck.elementFamilies[element] == ElementFamily::Plate)
+        const auto found = named(deck.orientations, section.orientation);
+        const auto orientation = found == deck.orientations.end()
+                                     ? std::uint16_t{0}
+                                     : static_cast<std::uint16_t>(found - deck.orientations.begin() + 1);
+        for (const std::int32_t number : named(deck.elementSets, section.elementSet)->numbers) {
+            const std::uint32_t element = elements.find(number);
+            if (layered && deck.elementFamilies[element] == ElementFamily::Plate)
                 deck.elementLayers[element] = static_cast<std::uint16_t>(section.layers);
+            if (oriented) deck.elementOrientations[element] = orientation;
+        }
     }
 }
 

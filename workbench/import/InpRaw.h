@@ -61,7 +61,7 @@ struct InpRaw {
 /// Sorts the mesh by number, resolves connectivity and sets, and adds all of it to `deck`. `raw` is used up.
 Result<void> assembleMesh(InpRaw& raw, SolverDeck& deck);
 
-/// Fills in the layers of the elements, by the sections of the assembled deck.
-void countLayers(SolverDeck& deck);
+/// Fills in the layers and the orientations of the elements, by the sections of the assembled deck.
+void applySections(SolverDeck& deck);
 
 } // namespace workbench

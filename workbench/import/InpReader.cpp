@@ -94,9 +94,6 @@ constexpr std::string_view kMaterialData[] = {"PLASTIC",
 /// Cards for which the solver adds nodes and elements of its own to its results.
 constexpr std::string_view kAddItems[] = {"CYCLICSYMMETRYMODEL", "PRE-TENSIONSECTION"};
 
-/// Directions that loads and printed results refer to; the results that are read stand in global axes.
-constexpr std::string_view kDirections[] = {"ORIENTATION", "TRANSFORM"};
-
 bool isOneOf(std::string_view keyword, std::span<const std::string_view> list) {
     return std::find(list.begin(), list.end(), keyword) != list.end();
 }
@@ -113,7 +110,7 @@ class InpParser {
             return Error{window.name() + ": no line begins with a keyword; is this a solver deck?"};
         if (auto assembled = assembleMesh(raw_, deck_); !assembled) return assembled.error();
         checkSections();
-        countLayers(deck_);
+        applySections(deck_);
         collectNotes();
         return std::move(deck_);
     }
@@ -199,6 +196,7 @@ class InpParser {
                                         {"MATERIAL", &InpParser::startMaterial},
                                         {"ELASTIC", &InpParser::startElastic},
                                         {"DENSITY", &InpParser::startDensity},
+                                        {"ORIENTATION", &InpParser::startOrientation},
                                         {"SOLIDSECTION", &InpParser::startSection},
                                         {"SHELLSECTION", &InpParser::startSection},
                                         {"MEMBRANESECTION", &InpParser::startSection},
@@ -217,8 +215,12 @@ class InpParser {
         if (isOneOf(keyword, kProcedures)) return procedure();
         if (isOneOf(keyword, kResultRequests)) return resultRequest();
         if (isOneOf(keyword, kPrintRequests)) return true;
+        if (keyword == "NODALTHICKNESS") {
+            note("thickness", "*NODAL THICKNESS: the thickness of the section is kept");
+            return true;
+        }
         if (isOneOf(keyword, kAddItems)) deck_.solverAddsItems = true;
-        if (isOneOf(keyword, kDirections)) return true;
+        if (keyword == "TRANSFORM") return true; // of loads, and of displacements with GLOBAL=NO
         if (isOneOf(keyword, kOtherLaws)) return otherLaw();
         if (isOneOf(keyword, kMaterialData))
             note("material data",
@@ -497,6 +499,8 @@ class InpParser {
     bool startSection() {
         noteParametersBut({"ELSET", "MATERIAL", "OFFSET", "ORIENTATION", "COMPOSITE", "NODALTHICKNESS"});
         if (!beginSection("MATERIAL")) return false;
+        if (const std::string* name = card_.find("ORIENTATION"); name && section_)
+            deck_.sections[*section_].orientation = *name;
         if (card_.has("NODALTHICKNESS"))
             note("NODALTHICKNESS",
                  "*" + card_.title + ": the thickness varies from node to node; that of the section is kept");
@@ -504,6 +508,38 @@ class InpParser {
         handler_ = card_.has("COMPOSITE") ? &InpParser::layerLine : &InpParser::thicknessLine;
         return true;
     }
+
+    bool startOrientation() {
+        const std::string* name = card_.find("NAME");
+        if (!name || name->empty() || deck_.orientations.size() >= kMostOrientations) {
+            note("ORIENTATION", "*ORIENTATION without NAME, or too many of them, is left out");
+            return true;
+        }
+        deck_.orientations.emplace_back();
+        SolverOrientation& orientation = deck_.orientations.back();
+        orientation.name = *name;
+        const std::string* system = card_.find("SYSTEM");
+        orientation.isCylindrical = system && upperCase(*system).starts_with("C");
+        orientationLines_ = 0;
+        handler_ = &InpParser::orientationLine;
+        return true;
+    }
+
+    /// Two points; a further line turns the axes about one of them, which is not followed.
+    bool orientationLine(std::string_view line) {
+        SolverOrientation& orientation = deck_.orientations.back();
+        InpFields fields(line);
+        std::string_view field;
+        orientation.isKnown = orientationLines_++ == 0;
+        for (std::size_t i = 0; i < 6 && orientation.isKnown && fields.next(field); ++i) {
+            const auto value = parseReal(field);
+            orientation.isKnown = value.has_value();
+            (i < 3 ? orientation.first : orientation.second)[i % 3] = value.value_or(0);
+        }
+        return true;
+    }
+
+    static constexpr std::size_t kMostOrientations = 65534;
 
     bool startBeamSection() { return beginSection("MATERIAL"); }
     bool startConnectorSection() { return beginSection(""); }
@@ -625,7 +661,11 @@ class InpParser {
 
     bool resultRequest() {
         if (insideStep_) deck_.steps.back().requestsResults = true;
-        if (const std::string* global = card_.find("GLOBAL"); global && equalIgnoringCase(*global, "NO"))
+        const std::string* global = card_.find("GLOBAL");
+        if (!global || !equalIgnoringCase(*global, "NO")) return true;
+        if (card_.keyword == "ELFILE" || card_.keyword == "ELEMENTOUTPUT")
+            deck_.hasLocalResults = true;
+        else
             note("GLOBAL",
                  "*" + card_.title + " asks for results in local systems; they are stored as they stand");
         return true;
@@ -728,6 +768,7 @@ class InpParser {
     int constantsLines_ = 0;
     std::optional<std::size_t> section_;
     int sectionLines_ = 0;
+    int orientationLines_ = 0;
     bool insideStep_ = false;
 
     std::vector<Note> notes_;

@@ -1,5 +1,6 @@
 #include "workbench/import/ResultImport.h"
 
+#include "module/fatigue/TensorRotation.h"
 #include "workbench/document/MeshPools.h"
 #include "workbench/import/Names.h"
 
@@ -128,6 +129,7 @@ Result<void> ResultImport::block(FrdBlock& block, std::uint64_t done, std::uint6
     }
     idsOfStep_.push_back(row.firstId);
     if (auto placed = placeRows(block); !placed) return placed;
+    if (block.values.size() == kMostComponents) turnToGlobal(block);
     if (auto written = writeBlock(block, row); !written) return written;
     if (progress_ && total > 0) progress_(static_cast<double>(done) / static_cast<double>(total));
     return {};
@@ -196,8 +198,8 @@ Result<void> ResultImport::placeRows(const FrdBlock& block) {
     }
     lastNodes_ = block.nodes;
     using resultfile::Location;
-    for (NodeRows* rows : {&rows_.means, &rows_.sums, &rows_.solids, &rows_.planeStress, &rows_.planeStrain,
-                           &rows_.axisymmetric})
+    for (NodeRows* rows : {&rows_.means, &rows_.sums(), &rows_.solids(), &rows_.planeStress,
+                           &rows_.planeStrain, &rows_.axisymmetric})
         if (auto named = nameItems(rows->items, Location::Node, rows->positions, mesh_.nodeNumbers.size());
             !named)
             return named;
@@ -230,17 +232,53 @@ Result<void> ResultImport::writeBlock(const FrdBlock& block, const ResultMapRow&
     case ResultScope::Nodes:
         return writeAtNodes(block, row, rows_.means);
     case ResultScope::NodeTotals:
-        return writeAtNodes(block, row, rows_.sums);
+        return writeAtNodes(block, row, rows_.sums());
     case ResultScope::Solids:
         if (expanded_.expects())
             warnOnce("solids " + block.name,
-                     block.place + ": results " + block.name + " are kept at the nodes of solids only");
-        return writeAtNodes(block, row, rows_.solids);
+                     block.place + ": results " + block.name +
+                         (rows_.solids().positions.empty()
+                              ? " are left out: the model has a place for them at solids only"
+                              : " are kept at the nodes of solids only"));
+        return writeAtNodes(block, row, rows_.solids());
     case ResultScope::Stress:
     case ResultScope::Strain:
         break;
     }
     return writeTensors(block, row);
+}
+
+bool ResultImport::orientationAxes(const RowOrientation& at, double axes[3][3]) {
+    if (at.orientation == RowOrientation::kMixed) return false;
+    const SolverOrientation& orientation = mesh_.orientations[at.orientation - 1u];
+    if (!orientation.axesAt(mesh_.nodePositions[at.node], axes)) return false;
+    const ElementFamily family = mesh_.elementFamilies[at.element];
+    if (family != ElementFamily::Plate && family != ElementFamily::Membrane) return true;
+    const double(*own)[3] = axesOf(at.element);
+    return own && layOnSurface(own[2], axes);
+}
+
+void ResultImport::turnToGlobal(FrdBlock& block) {
+    std::size_t unknown = 0;
+    for (std::size_t row = 0; row < rows_.orientations.size(); ++row) {
+        const RowOrientation& at = rows_.orientations[row];
+        if (at.orientation == 0) continue;
+        double axes[3][3];
+        if (!orientationAxes(at, axes)) {
+            ++unknown;
+            continue;
+        }
+        double tensor[kMostComponents];
+        for (std::size_t c = 0; c < kMostComponents; ++c)
+            tensor[c] = static_cast<double>(block.values[c][row]);
+        fatigue::turnToGlobal(tensor, axes);
+        for (std::size_t c = 0; c < kMostComponents; ++c)
+            block.values[c][row] = static_cast<float>(tensor[c]);
+    }
+    if (unknown > 0)
+        warnOnce("orientations", block.place + ": " + std::to_string(unknown) +
+                                     " values stand in axes of orientations that differ or are not followed "
+                                     "(GLOBAL=NO); they are stored as they stand");
 }
 
 Result<void> ResultImport::writeAtNodes(const FrdBlock& block, const ResultMapRow& row,
@@ -260,7 +298,7 @@ Result<void> ResultImport::writeAtNodes(const FrdBlock& block, const ResultMapRo
 
 Result<void> ResultImport::writeTensors(const FrdBlock& block, const ResultMapRow& row) {
     const std::pair<const ResultFamily*, const NodeRows*> atNodes[] = {
-        {&kSolidFamily, &rows_.solids},
+        {&kSolidFamily, &rows_.solids()},
         {&kPlaneStressFamily, &rows_.planeStress},
         {&kPlaneStrainFamily, &rows_.planeStrain},
         {&kAxisymmetricFamily, &rows_.axisymmetric}};
@@ -277,6 +315,10 @@ Result<void> ResultImport::writeTensors(const FrdBlock& block, const ResultMapRo
     for (const AtCorners& one : atCorners)
         if (auto written = writeCorners(block, row, *one.family, *one.rows, one.upperShare); !written)
             return written;
+    if (rows_.lines > 0)
+        warnOnce("lines", block.place + ": stresses and strains of " + std::to_string(rows_.lines) +
+                              (rows_.lines == 1 ? " beam or truss element" : " beam and truss elements") +
+                              " are left out: the model has no place for them");
     if (rows_.flatPlates > 0)
         warnOnce("flat", block.place + ": stresses and strains of " + std::to_string(rows_.flatPlates) +
                              " shell elements are left out: OUTPUT=2D averages their faces, which takes the "

@@ -64,6 +64,9 @@ class ResultImport final : public FrdSink {
     Result<void> nameItems(std::string& name, resultfile::Location location,
                            std::span<const std::uint32_t> positions, std::size_t all);
     Result<void> writeBlock(const FrdBlock& block, const ResultMapRow& row);
+    /// Turns tensors that stand in the axes of orientations into global ones.
+    void turnToGlobal(FrdBlock& block);
+    bool orientationAxes(const RowOrientation& at, double axes[3][3]);
     Result<void> writeAtNodes(const FrdBlock& block, const ResultMapRow& row, const NodeRows& rows);
     Result<void> writeTensors(const FrdBlock& block, const ResultMapRow& row);
     Result<void> writeFamily(const FrdBlock& block, const ResultMapRow& row, const ResultFamily& family,

@@ -211,6 +211,34 @@ void countForeign(const NumberIndex& meshNodes, const ExpandedMesh& expanded, co
     }
 }
 
+/// The orientation of each row, by the elements that it belongs to.
+std::vector<RowOrientation> rowOrientations(const ResultMesh& mesh, const ExpandedMesh& expanded,
+                                            const RowIndex& block) {
+    std::vector<RowOrientation> rows(block.numbers().size());
+    std::vector<bool> known(rows.size());
+    const auto mark = [&](std::size_t element, std::uint32_t node, std::int32_t number) {
+        const std::uint32_t row = block.find(number);
+        if (row == kNoRow) return;
+        const std::uint16_t orientation = mesh.elementOrientations[element];
+        if (known[row] && rows[row].orientation != orientation)
+            rows[row].orientation = RowOrientation::kMixed;
+        else
+            rows[row] = {orientation, node, static_cast<std::uint32_t>(element)};
+        known[row] = true;
+    };
+    for (std::size_t e = 0; e < mesh.elementNumbers.size(); ++e)
+        if (mesh.elementFamilies[e] == ElementFamily::Solid)
+            for (const std::uint32_t node : mesh.nodesOf(e))
+                mark(e, node, mesh.nodeNumbers[node]);
+    for (const ExpandedMesh::Element& element : expanded.elements())
+        for (std::size_t i = 0; i < mesh.nodesOf(element.element).size(); ++i) {
+            const ExpandedMesh::Pair& pair = expanded.pairOf(element, i);
+            mark(element.element, pair.node, pair.lower);
+            mark(element.element, pair.node, pair.upper);
+        }
+    return rows;
+}
+
 } // namespace
 
 std::span<const float> NodeRows::valuesOf(std::span<const float> table, std::vector<float>& space) const {
@@ -240,27 +268,29 @@ ResultRows ResultRows::of(const ResultMesh& mesh, const NumberIndex& meshNodes, 
         return result;
     }
     countForeign(meshNodes, expanded, block, result);
-    const NodeRows own = ownRows(meshNodes, block, {});
+    if (!mesh.elementOrientations.empty()) result.orientations = rowOrientations(mesh, expanded, block);
+    NodeRows own = ownRows(meshNodes, block, {});
     if (!expanded.expects()) {
-        result.means = own;
-        result.means.asTheyStand =
+        own.asTheyStand =
             own.rows.size() == blockNodes.size() && std::is_sorted(own.rows.begin(), own.rows.end());
-        result.sums = result.means;
-        result.solids = result.means;
+        if (own.asTheyStand) own.rows = {};
+        result.means = std::move(own);
         return result;
     }
+    result.plain = false;
     result.means = meanRows(expanded, own, block);
-    result.sums = sumRows(expanded, own, block);
-    result.solids = ownRows(meshNodes, block, nodesOfFamily(mesh, ElementFamily::Solid));
+    result.sums_ = sumRows(expanded, own, block);
+    result.solids_ = ownRows(meshNodes, block, nodesOfFamily(mesh, ElementFamily::Solid));
     result.planeStress = familyRows(mesh, expanded, ElementFamily::PlaneStress, block);
     result.planeStrain = familyRows(mesh, expanded, ElementFamily::PlaneStrain, block);
     result.axisymmetric = familyRows(mesh, expanded, ElementFamily::Axisymmetric, block);
     result.plates = cornerRows(mesh, expanded, ElementFamily::Plate, false, block);
     result.membranes = cornerRows(mesh, expanded, ElementFamily::Membrane, true, block);
-    result.flatPlates = static_cast<std::size_t>(
-        std::count_if(expanded.elements().begin(), expanded.elements().end(), [&](const auto& element) {
-            return element.flat && mesh.elementFamilies[element.element] == ElementFamily::Plate;
-        }));
+    for (const ExpandedMesh::Element& element : expanded.elements()) {
+        const ElementFamily family = mesh.elementFamilies[element.element];
+        result.flatPlates += element.flat && family == ElementFamily::Plate;
+        result.lines += family == ElementFamily::Line;
+    }
     return result;
 }
 

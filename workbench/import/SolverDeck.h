@@ -18,12 +18,29 @@ struct SolverMaterial {
     std::string place; ///< "file:line"
 };
 
+/// Axes that a deck defines, by two points: a point on x and one near y, or two points on the axis of a
+/// cylinder, whose x points away from it and whose z runs along it.
+struct SolverOrientation {
+    std::string name;
+    bool isCylindrical = false;
+    bool isKnown = true; ///< false where the deck defines it in another way
+    std::array<double, 3> first{}, second{};
+
+    /// The axes at a place, in rows. False, and `axes` untouched, where they are not defined.
+    bool axesAt(const std::array<double, 3>& place, double axes[3][3]) const;
+};
+
+/// Lays axes on a surface, as the solver does for shells: z becomes the unit `normal`, x the part of x in the
+/// surface. False, and `axes` untouched, where x has none.
+bool layOnSurface(const double normal[3], double axes[3][3]);
+
 /// What makes a property of an element set: a section with its material, or the data of springs and the like.
 struct SolverSection {
     std::string elementSet;
     std::vector<std::string> materials; ///< one; several of a layered shell; none of connectors
     double thickness = 0;               ///< of shells, membranes and plane elements
     int layers = 0;                     ///< of a layered shell; 0 of others
+    std::string orientation;            ///< empty: none
     std::string place;
 };
 
@@ -61,6 +78,11 @@ struct SolverDeck {
 
     /// Layers of each element, which the solver stores one by one; empty where no shell has layers.
     std::vector<std::uint16_t> elementLayers;
+    std::vector<SolverOrientation> orientations;
+    /// Whether the results of elements stand in the axes of the orientations of their sections (GLOBAL=NO).
+    bool hasLocalResults = false;
+    /// Orientation of each element, 0 for none, else its position plus 1; empty where none is needed.
+    std::vector<std::uint16_t> elementOrientations;
     /// Whether the solver adds nodes and elements of its own to its results: sectors of a cyclic symmetry,
     /// nodes of a pre-tension section, parts of elements that are not read.
     bool solverAddsItems = false;

@@ -195,7 +195,7 @@ TEST(InpReader, NamesWhatItLeavesOut) {
          "x.inp:13: *ELASTIC of type ORTHO: material 'M' keeps no elastic modulus"},
         {"*MATERIAL,NAME=M\n*ELASTIC\n1,0,20\n2,0,30\n", "x.inp:15: *ELASTIC depends on the temperature"},
         {"*NSET,NSET=A\n1,2,77,78\n", "x.inp:12: set 'A' lists 2 nodes that the deck does not define"},
-        {"*STEP\n*EL FILE,GLOBAL=NO\nS\n", "x.inp:13: *EL FILE asks for results in local systems"},
+        {"*STEP\n*NODE FILE,GLOBAL=NO\nU\n", "x.inp:13: *NODE FILE asks for results in local systems"},
     };
     for (const Bad& row : rows) {
         const auto deck = readText(kCube + row.cards);

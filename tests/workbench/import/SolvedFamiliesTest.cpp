@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <numeric>
@@ -395,6 +396,56 @@ TEST(SolvedFamilies, KeepsFamiliesApart) {
         codes.push_back(properties.GetAtNU(key).typeCode);
     EXPECT_EQ(codes, (std::vector<int>{PropertyType::Connector, PropertyType::Solid, PropertyType::Shell,
                                        PropertyType::Line}));
+}
+
+/// Results in the axes of orientations come back as those in global axes, of solids and of plates.
+TEST(SolvedFamilies, TurnsLocalResultsBack) {
+    if (!solverIsThere()) GTEST_SKIP() << "ccx is not installed";
+    struct Row {
+        const char* orientation;
+        bool followed;
+    };
+    const Row rows[] = {
+        {"*ORIENTATION,NAME=OR\n0.6,0.8,0,-0.8,0.6,0.3\n", true},
+        {"*ORIENTATION,NAME=OR,SYSTEM=CYLINDRICAL\n-300,-200,0,-300,-250,100\n", true},
+        {"*ORIENTATION,NAME=OR\n0.6,0.8,0,-0.8,0.6,0.3\n3,30.\n", false},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.orientation);
+        const auto deck = [&](const std::string& request) {
+            return std::string(
+                       "*NODE\n1,0,0,0\n2,1,0,0\n3,1,1,0\n4,0,1,0\n5,0,0,1\n6,1,0,1\n7,1,1,1\n8,0,1,1\n"
+                       "11,5,0,0\n12,6,0,0\n13,6,1,0\n14,5,1,0\n"
+                       "*ELEMENT,TYPE=C3D8,ELSET=BODY\n1,1,2,3,4,5,6,7,8\n"
+                       "*ELEMENT,TYPE=S4,ELSET=PLATE\n2,11,12,13,14\n") +
+                   row.orientation +
+                   "*MATERIAL,NAME=M\n*ELASTIC\n210000,.3\n"
+                   "*SOLID SECTION,ELSET=BODY,MATERIAL=M,ORIENTATION=OR\n"
+                   "*SHELL SECTION,ELSET=PLATE,MATERIAL=M,ORIENTATION=OR\n.1\n"
+                   "*BOUNDARY\n1,1,3\n2,1,3\n3,1,3\n4,1,3\n11,1,6\n14,1,6\n"
+                   "*STEP\n*STATIC\n*CLOAD\n7,1,100.\n7,3,50.\n12,1,10.\n13,2,5.\n13,3,1.\n"
+                   "*NODE FILE\nU\n*EL FILE" +
+                   request + "\nS,E\n*END STEP\n";
+        };
+        const Solved global(deck("")), local(deck(",GLOBAL=NO"));
+        ASSERT_EQ(global.error + local.error, "");
+        bool same = true;
+        for (const unsigned id : {312101u, 312102u, 312104u, 312106u, 412101u, 412152u, 412104u}) {
+            const auto expected = global.table(id), found = local.table(id);
+            ASSERT_EQ(expected.size(), found.size());
+            // Directions that differ from place to place leave a little of the averages of the solver.
+            double largest = 0;
+            for (const float value : global.table(id / 1000 * 1000 + 101))
+                largest = std::max(largest, std::fabs(static_cast<double>(value)));
+            for (std::size_t i = 0; i < expected.size(); ++i)
+                same = same && std::fabs(expected[i] - found[i]) < 0.005 * largest;
+        }
+        EXPECT_EQ(same, row.followed);
+        const bool warned = std::any_of(local.warnings.begin(), local.warnings.end(), [](const auto& text) {
+            return text.find("not followed") != std::string::npos;
+        });
+        EXPECT_EQ(warned, !row.followed);
+    }
 }
 
 } // namespace
