@@ -142,19 +142,22 @@ class Builder {
         const auto rim = std::span(ring).first(n * stride);
         if (face.quadratic) fillMiddles(rim);
         addSides(rim, stride);
-        if (isMarked(face.element)) addMarkedPart(face.element, rim, true);
         auto& triangles = hasValues(face.element, rim) ? result_.triangles : result_.greyTriangles;
         if (n == 4) {
             const std::uint32_t middle = addMiddleOf(rim, face.quadratic);
             for (std::size_t i = 0; i < rim.size(); ++i)
                 triangles.push_back({rim[i], rim[(i + 1) % rim.size()], middle});
+            markFace(face.element, rim, std::span(&middle, 1));
         } else if (face.quadratic) {
             triangles.push_back({rim[0], rim[1], rim[5]});
             triangles.push_back({rim[1], rim[2], rim[3]});
             triangles.push_back({rim[3], rim[4], rim[5]});
-            triangles.push_back({rim[1], rim[3], rim[5]});
+            const std::array<std::uint32_t, 3> inner{rim[1], rim[3], rim[5]};
+            triangles.push_back(inner);
+            markFace(face.element, rim, inner);
         } else {
             triangles.push_back({rim[0], rim[1], rim[2]});
+            markFace(face.element, rim, rim);
         }
     }
 
@@ -205,13 +208,13 @@ class Builder {
 
     void addSegment(const SurfaceSegment& segment) {
         const std::array<std::uint32_t, 2> ends{vertexOf(segment.nodes[0]), vertexOf(segment.nodes[1])};
-        if (isMarked(segment.element)) addMarkedPart(segment.element, ends, false);
+        if (isMarked(segment.element)) addMarkedPart(segment.element, ends);
         (hasValues(segment.element, ends) ? result_.segments : result_.greySegments).push_back(ends);
     }
 
     void addDot(const SurfaceDot& dot) {
         const std::array<std::uint32_t, 1> vertex{vertexOf(dot.node)};
-        if (isMarked(dot.element)) addMarkedPart(dot.element, vertex, false);
+        if (isMarked(dot.element)) addMarkedPart(dot.element, vertex);
         (hasValues(dot.element, vertex) ? result_.dots : result_.greyDots).push_back(vertex);
     }
 
@@ -219,18 +222,23 @@ class Builder {
         return !input_.markedElements.empty() && std::ranges::binary_search(input_.markedElements, element);
     }
 
-    void addMarkedPart(std::uint32_t element, std::span<const std::uint32_t> rim, bool closed) {
+    /// Keeps the middle of the `center` vertices, which lies on the surface, also of a curved face.
+    void addMarkedPart(std::uint32_t element, std::span<const std::uint32_t> center) {
         MarkedPart part{element, {}, {}};
-        for (const std::uint32_t vertex : rim)
+        for (const std::uint32_t vertex : center)
             for (std::size_t c = 0; c < 3; ++c)
-                part.middle[c] += result_.positions[vertex][c] / static_cast<double>(rim.size());
-        if (closed) {
-            const Float3& n = normals_.back();
-            part.outward = {n[0], n[1], n[2]};
-            for (std::size_t i = 0; i < rim.size(); ++i)
-                result_.markedEdges.push_back({rim[i], rim[(i + 1) % rim.size()]});
-        }
+                part.middle[c] += result_.positions[vertex][c] / static_cast<double>(center.size());
         result_.markedParts.push_back(part);
+    }
+
+    void markFace(std::uint32_t element, std::span<const std::uint32_t> rim,
+                  std::span<const std::uint32_t> center) {
+        if (!isMarked(element)) return;
+        addMarkedPart(element, center);
+        const Float3& n = normals_.back();
+        result_.markedParts.back().outward = {n[0], n[1], n[2]};
+        for (std::size_t i = 0; i < rim.size(); ++i)
+            result_.markedEdges.push_back({rim[i], rim[(i + 1) % rim.size()]});
     }
 
     bool bends(const FaceSide& a, const FaceSide& b) const {

@@ -107,3 +107,38 @@ TEST(ViewCamera, ANodeBehindTheModelIsHidden) {
             << row.view << " " << row.node[0] << " " << row.node[1] << " " << row.node[2];
     }
 }
+
+TEST(ViewCamera, TheMarkOfAVisibleCurvedElementIsNotHidden) {
+    // A quadratic shell bent into an arch and a flat one; seen from above neither hides its own middle.
+    for (const double rise : {0.0, 0.4})
+        for (const ElementType type : {ElementType::Quad8, ElementType::Tri6}) {
+            PictureMesh mesh;
+            const auto height = [&](double x) { return rise * 4 * x * (1 - x); };
+            for (const auto& [x, y] : {std::pair{0.0, 0.0},
+                                       {1.0, 0.0},
+                                       {1.0, 1.0},
+                                       {0.0, 1.0},
+                                       {0.5, 0.0},
+                                       {1.0, 0.5},
+                                       {0.5, 1.0},
+                                       {0.0, 0.5},
+                                       {0.5, 0.5}})
+                mesh.addNode({x, y, height(x)});
+            const bool quad = type == ElementType::Quad8;
+            mesh.addElement(type, quad ? std::vector<std::uint32_t>{0, 1, 2, 3, 4, 5, 6, 7}
+                                       : std::vector<std::uint32_t>{0, 1, 2, 4, 5, 8});
+            const std::vector<float> values(mesh.positions.size(), 1.0f);
+            const std::vector<std::uint32_t> marked{0};
+            SurfaceInput input;
+            input.positions = mesh.positions;
+            input.values = values;
+            input.markedElements = marked;
+            const ContourSurface surface =
+                contourSurfaceOf(*surfaceFacesOf(mesh.view()), input,
+                                 *ScaleLevels::make(extentOf(values), ValueScale::Linear, {}));
+            ASSERT_EQ(surface.markedParts.size(), 1u);
+            ViewCamera camera = *viewAxes("top", surface.extent);
+            fitInto(camera, surface, {0, 0, 100, 100});
+            EXPECT_FALSE(isHidden(camera, surface, surface.markedParts[0].middle)) << rise << " " << quad;
+        }
+}
