@@ -15,7 +15,7 @@
 namespace workbench {
 namespace {
 
-constexpr unsigned kMostSeconds = 10;
+constexpr unsigned kMostSeconds = 30;
 
 int endAtOnce(Display*) {
     ::_exit(1);

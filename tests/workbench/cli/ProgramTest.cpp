@@ -178,6 +178,22 @@ TEST_F(ProgramTest, RefusesWrongInputWithASentenceAndLeavesNothing) {
          "must end in .png or .svg"},
         {"vexa picture cube.wkm --analysis Static --case Pull --component 312101 -o no/folder.png", 1,
          "no/folder.png"},
+        {"vexa picture cube.wkm --analysis Static --case Pull --component 'von misse' -o x.png", 1,
+         "did you mean 'von Mises'?"},
+        {"vexa picture cube.wkm --analysis Static --case Pull --component stress -o x.png", 1,
+         "fits several components"},
+        {"vexa picture cube.wkm --analysis Static --case Pul --component 312101 -o x.png", 1,
+         "did you mean 'Pull'?"},
+        {"vexa picture cube.wkm --analysis Static --case Pull --step 9 --component 312101 -o x.png", 1,
+         "no step \"9\""},
+        {"vexa picture cube.wkm --analysis Static --case Pull --component 312101 --view frnt -o x.png", 2,
+         "did you mean 'front'?"},
+        {"vexa picture cube.wkm --analysis Static --case Pull --component 312101 --mark node:99 -o x.png", 1,
+         "the numbers go from 1 to 8"},
+        {"vexa picture cube.wkm --analysis Static --case Pull --component 312101 --mark wurst -o x.png", 1,
+         "--mark \"wurst\""},
+        {"vexa picture cube.wkm --analysis Static --case Pull --component 312101 --range 5,1 -o x.svg", 1,
+         "range of the picture is empty"},
     };
     const std::string before = listing();
     for (const Row& row : rows) {
@@ -256,6 +272,19 @@ TEST_F(ProgramTest, PicturesAreWrittenWithoutADisplay) {
             "Pull "
             "--component 312114 -o cube.png");
     EXPECT_EQ(folder_.read("cube.png").substr(1, 3), "PNG");
+    const ProgramEnd end = runShell(
+        folder_, "vexa picture cube.wkm --analysis Static --case Pull --step 1 --component 'von mises' "
+                 "--range -5,50 --view -30,20 --mark worst:2 --mark element:1 --json -o cube.svg");
+    ASSERT_EQ(end.exitCode, 0) << end.errors;
+    const auto report = nlohmann::json::parse(end.output);
+    EXPECT_EQ(report["component"], 312114);
+    EXPECT_EQ(report["range"]["low"], -5.0);
+    EXPECT_EQ(report["range"]["high"], 50.0);
+    ASSERT_EQ(report["marks"].size(), 3u);
+    EXPECT_EQ(report["marks"][0]["node"], report["maximum"]["node"]);
+    EXPECT_EQ(report["marks"][2]["element"], 1);
+    EXPECT_EQ(report["marks"][2]["value"], report["maximum"]["value"]);
+    EXPECT_NE(folder_.read("cube.svg").find(">Element 1: "), std::string::npos);
 }
 
 } // namespace
