@@ -9,8 +9,10 @@
 #include <cstring>
 #include <ctime>
 #include <filesystem>
+#include <memory>
 #include <numeric>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -75,6 +77,59 @@ std::string stressBlocks(int nodes, int blocks) {
     return text + " 9999\n";
 }
 
+/// The same blocks in binary, without the ends of the file.
+std::string binaryBlocks(int nodes, int blocks) {
+    std::string bytes = "    1C\n";
+    char line[160];
+    unsigned state = 1;
+    const auto append = [&](const void* value) { bytes.append(static_cast<const char*>(value), 4); };
+    for (int block = 1; block <= blocks; ++block) {
+        std::snprintf(line, sizeof line, "  100CL  101%12.5E%12d                     0    1           2\n",
+                      double(block), nodes);
+        bytes += line;
+        bytes += " -4  STRESS      6    1\n";
+        for (const char* name : {"SXX", "SYY", "SZZ", "SXY", "SYZ", "SZX"}) {
+            std::snprintf(line, sizeof line, " -5  %-8s    1    4    1    1\n", name);
+            bytes += line;
+        }
+        for (int node = 1; node <= nodes; ++node) {
+            append(&node);
+            for (int c = 0; c < 6; ++c) {
+                state = state * 1664525u + 1013904223u;
+                const float value = float(int(state >> 8) - (1 << 23)) * 1e-4f;
+                append(&value);
+            }
+        }
+    }
+    return bytes + " 9999\n";
+}
+
+bool writeFile(const std::filesystem::path& path, const std::string& bytes) {
+    std::FILE* file = std::fopen(path.string().c_str(), "wb");
+    if (!file) return false;
+    const bool good = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    return std::fclose(file) == 0 && good;
+}
+
+/// Every byte of a file, a megabyte at a time, into fresh memory as large as one of its blocks, as the tables
+/// of a reader are.
+std::size_t readBytes(const std::filesystem::path& path, std::size_t blockBytes) {
+    std::FILE* file = std::fopen(path.string().c_str(), "rb");
+    if (!file) return 0;
+    std::setvbuf(file, nullptr, _IONBF, 0);
+    const auto memory = std::make_unique_for_overwrite<char[]>(blockBytes);
+    std::size_t total = 0, at = 0;
+    while (true) {
+        const std::size_t wanted = std::min<std::size_t>(1 << 20, blockBytes - at);
+        const std::size_t got = std::fread(memory.get() + at, 1, wanted, file);
+        if (got == 0) break;
+        total += got;
+        at = (at + got) % blockBytes;
+    }
+    std::fclose(file);
+    return total;
+}
+
 std::size_t countLines(const std::string& text) {
     std::size_t lines = 0;
     const char* at = text.data();
@@ -114,7 +169,9 @@ void store(const std::filesystem::path& source, const std::filesystem::path& tar
     if (!window) require(window.error());
     const std::vector<SolverStep> steps(1);
     const std::vector<std::string> cases{"Step 1"};
-    ResultImport import(*writer, {numbers, {}, {}}, steps, cases, source.string(), {});
+    ResultMesh mesh;
+    mesh.nodeNumbers = numbers;
+    ResultImport import(*writer, mesh, steps, cases, source.string(), {});
     require(readFrd(*window, import));
     require(import.finish());
     require(writer->commit());
@@ -140,12 +197,19 @@ int main() {
                         ("vexa-bench-import-" + std::to_string(lines) + "-" +
                          std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
     std::filesystem::create_directory(folder);
-    std::FILE* file = std::fopen((folder / "a.frd").string().c_str(), "wb");
-    if (!file || std::fwrite(text.data(), 1, text.size(), file) != text.size() || std::fclose(file) != 0) {
+    if (!writeFile(folder / "a.frd", text) || !writeFile(folder / "b.frd", binaryBlocks(kNodes, kBlocks))) {
         std::fprintf(stderr, "cannot write into %s\n", folder.string().c_str());
         return 1;
     }
     const double stored = fastest(2, [&] { store(folder / "a.frd", folder / "a.lmop", kNodes); });
+    std::size_t binaryBytes = 0;
+    const std::size_t blockBytes = std::size_t(kNodes) * 7 * sizeof(float);
+    const double reading = fastestAlone(5, [&] { binaryBytes = readBytes(folder / "b.frd", blockBytes); });
+    const double binary = fastestAlone(5, [&] {
+        auto window = TextWindow::openFile(folder / "b.frd");
+        if (!window) require(window.error());
+        require(readFrd(*window, sink));
+    });
     std::filesystem::remove_all(folder);
 
     std::printf("import of a result file: %d nodes, %zu values, %zu lines, %.0f MB of text\n", kNodes,
@@ -155,5 +219,10 @@ int main() {
                 parse * 1e3, megabytes / parse, scan / parse);
     std::printf("  parsing, storing  %8.1f ms  %7.0f MB/s  from file to result file, flushed to the disk\n",
                 stored * 1e3, megabytes / stored);
+    const double binaryMegabytes = double(binaryBytes) / 1e6;
+    std::printf("the same in binary: %.0f MB\n", binaryMegabytes);
+    std::printf("  reading to memory %8.1f ms  %7.0f MB/s\n", reading * 1e3, binaryMegabytes / reading);
+    std::printf("  reading, parsing  %8.1f ms  %7.0f MB/s  %.3f of reading (limit 0.5)\n", binary * 1e3,
+                binaryMegabytes / binary, reading / binary);
     return 0;
 }

@@ -2,6 +2,7 @@
 
 #include "workbench/import/ColumnReader.h"
 #include "workbench/import/FixedField.h"
+#include "workbench/import/FrdBinary.h"
 #include "workbench/import/Names.h"
 
 #include <algorithm>
@@ -121,14 +122,25 @@ class FrdParser {
         return true;
     }
 
-    /// Sets the width of node numbers from the format number at the end of a record.
+    /// What the format number at the end of a record says of its rows: 0 and 1 text with node numbers of 5
+    /// and 10 columns, 2 and 3 binary with single and double values.
     bool format(std::string_view line, std::size_t first) {
         const auto format = integerColumn(line, first, 2);
-        if (format == 2 || format == 3)
-            return fail("the file is binary; ask the solver for an ASCII result file");
-        if (format != 0 && format != 1) return fail("the record names no known format");
+        if (!format || *format < 0 || *format > 3) return fail("the record names no known format");
         numberWidth_ = format == 0 ? 5 : 10;
+        binary_.reset();
+        if (format == 2) binary_ = frdbinary::Real::Single;
+        if (format == 3) binary_ = frdbinary::Real::Double;
         return true;
+    }
+
+    /// The message of a reader that knows no place.
+    bool passOn(const Error& error) {
+        if (!window_.failure().empty()) {
+            error_ = window_.failure();
+            return false;
+        }
+        return fail(error.message);
     }
 
     bool meshNodes(std::string_view line) {
@@ -142,6 +154,7 @@ class FrdParser {
 
     bool meshElements(std::string_view line) {
         if (!format(line, 73)) return false;
+        if (binary_) return binaryElements(line);
         const bool wantsNodes = sink_.wantsElementNodes();
         FrdElement element;
         std::vector<std::int32_t> nodes;
@@ -166,6 +179,18 @@ class FrdParser {
             element.type = *type;
             nodes.clear();
         }
+    }
+
+    bool binaryElements(std::string_view line) {
+        const auto count = integerColumn(line, 24, 12);
+        if (!count || *count < 0) return fail("the number of elements is broken");
+        std::vector<std::int32_t> nodes;
+        for (int i = 0; i < *count; ++i) {
+            auto element = frdbinary::readElement(window_, nodes);
+            if (!element) return passOn(element.error());
+            if (!deliver(sink_.meshElement(*element))) return false;
+        }
+        return true;
     }
 
     /// Appends the node numbers of a line of an element.
@@ -220,6 +245,11 @@ class FrdParser {
 
     bool passOver(const FrdBlock& block) {
         std::string_view line;
+        if (binary_) {
+            const auto rows = static_cast<std::uint64_t>(*announced_);
+            return frdbinary::skip(window_, rows * frdbinary::rowBytes(block.components.size(), *binary_)) ||
+                   failTruncated(("block " + block.name).c_str());
+        }
         while (window_.nextLine(line))
             if (line.starts_with(" -3")) return true;
         return failTruncated(("block " + block.name).c_str());
@@ -234,8 +264,8 @@ class FrdParser {
         return block_;
     }
 
-    void clearTables(FrdBlock& block) {
-        block.nodes.clear();
+    /// One table a component, of any length.
+    void provideTables(FrdBlock& block) {
         for (; block.values.size() > block.components.size(); block.values.pop_back())
             spareTables_.push_back(std::move(block.values.back()));
         while (block.values.size() < block.components.size()) {
@@ -244,16 +274,28 @@ class FrdParser {
             block.values.back() = std::move(spareTables_.back());
             spareTables_.pop_back();
         }
-        for (auto& table : block.values)
-            table.clear();
     }
 
     bool rows(FrdBlock& block) {
-        clearTables(block);
+        provideTables(block);
+        return binary_ ? binaryRows(block) : textRows(block);
+    }
+
+    bool binaryRows(FrdBlock& block) {
+        if (!announced_ || *announced_ < 0) return fail("the number of nodes is broken");
+        const auto read =
+            frdbinary::readRows(window_, static_cast<std::size_t>(*announced_), *binary_, block);
+        return read || passOn(read.error());
+    }
+
+    bool textRows(FrdBlock& block) {
         const std::size_t expected = rowsToExpect(block.components.size());
+        block.nodes.clear();
         block.nodes.reserve(expected);
-        for (auto& table : block.values)
+        for (auto& table : block.values) {
+            table.clear();
             table.reserve(expected);
+        }
         while (true) {
             fastRows(block);
             std::string_view line;
@@ -373,6 +415,7 @@ class FrdParser {
     FrdBlock block_;                              ///< the one being read
     std::vector<std::vector<float>> spareTables_; ///< memory that the block has no use for
     std::size_t numberWidth_ = 10;
+    std::optional<frdbinary::Real> binary_; ///< values of the record that is being read, unless it is text
     std::optional<int> announced_;
     const fixedfield::ColumnReader readColumn_ = fixedfield::fastestColumnReader();
     std::string error_;

@@ -47,8 +47,9 @@ class FrdSink {
     virtual Result<void> block(FrdBlock& block, std::uint64_t done, std::uint64_t total) = 0;
 };
 
-/// Reads a CalculiX result file in ASCII, long or short format, in one pass with one block in memory. Fails
-/// with "file:line: ..." on values that are not finite, on broken lines, and on a file without its end mark.
+/// Reads a CalculiX result file, in ASCII of long or short format or binary, in one pass with one block in
+/// memory. Fails with "file:line: ..." (of a binary file: the last line of text) on values that are not
+/// finite, on broken lines, and on a file without its end mark.
 Result<void> readFrd(TextWindow& window, FrdSink& sink);
 
 } // namespace workbench

@@ -27,7 +27,7 @@ class TextWindow {
 
     /// The bytes from the next line on: at least `atLeast` of them unless the file ends before.
     std::string_view peek(std::size_t atLeast);
-    /// Passes `bytes` that peek answered; they must be `lines` whole lines.
+    /// Passes `bytes` that peek answered, `lines` whole lines, or binary ones without any.
     void skipLines(std::size_t bytes, std::uint64_t lines);
 
     const std::string& name() const { return name_; }

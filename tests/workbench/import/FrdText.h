@@ -6,26 +6,34 @@
 #include <string>
 #include <vector>
 
-/// Writes result files as the solver prints them.
+enum class FrdForm { Short, Long, Binary };
+
+/// Writes result files as the solver does; binary ones on little-endian machines.
 class FrdText {
   public:
-    explicit FrdText(bool shortFormat = false)
-        : short_(shortFormat) {
+    explicit FrdText(FrdForm form = FrdForm::Long)
+        : form_(form) {
         text_ = "    1C\n    1UUSER\n    1UPGM               CalculiX\n";
     }
 
     FrdText& mesh(const std::vector<int>& nodes, const std::vector<int>& elements) {
-        add("    2C                  %12d%37s%d\n", int(nodes.size()), "", short_ ? 0 : 1);
+        add("    2C                  %12d%37s%d\n", int(nodes.size()), "", binary() ? 3 : int(form_));
         for (const int node : nodes)
-            row(node, {0, 0, 0});
-        add(" -3\n    3C                  %12d%37s%d\n", int(elements.size()), "", short_ ? 0 : 1);
-        for (const int element : elements) {
-            add(short_ ? " -1%5d" : " -1%10d", element);
-            text_ += "    1    0    1\n";
-            add(short_ ? " -2%5d%5d\n" : " -2%10d%10d\n", 1, 2);
-        }
-        text_ += " -3\n";
-        return *this;
+            if (binary())
+                bytes(node, 0.0, 0.0, 0.0);
+            else
+                row(node, {0, 0, 0});
+        endBlock();
+        add("    3C                  %12d%37s%d\n", int(elements.size()), "", int(form_));
+        for (const int element : elements)
+            if (binary()) {
+                bytes(element, kLine, 0, 1, 1, 2);
+            } else {
+                add(isShort() ? " -1%5d" : " -1%10d", element);
+                add("%5d    0    1\n", kLine);
+                add(isShort() ? " -2%5d%5d\n" : " -2%10d%10d\n", 1, 2);
+            }
+        return endBlock();
     }
 
     /// The header of a block up to its first row; "ALL" is a component without values.
@@ -34,7 +42,7 @@ class FrdText {
         add("    1PSTEP %25d %11d %11d\n", ++blocks_, increment, step);
         if (mode > 0) add("    1PMODE %25d\n", mode);
         add("  100CL  %3d%12.5E%12d%20s%2d%5d%10s%2d\n", 100 + blocks_, value, nodeCount, "", 0, 1, "",
-            short_ ? 0 : 1);
+            int(form_));
         add(" -4  %-8s%5d    1\n", name.c_str(), int(components.size()));
         for (const std::string& component : components)
             add(" -5  %-8s    1    2    1    0%s\n", component.c_str(), component == "ALL" ? "    1ALL" : "");
@@ -42,9 +50,15 @@ class FrdText {
     }
 
     FrdText& row(int node, const std::vector<double>& values) {
-        add(short_ ? " -1%5d" : " -1%10d", node);
+        if (binary()) {
+            bytes(node);
+            for (const double value : values)
+                bytes(float(value));
+            return *this;
+        }
+        add(isShort() ? " -1%5d" : " -1%10d", node);
         for (std::size_t i = 0; i < values.size(); ++i) {
-            if (i > 0 && i % 6 == 0) add(short_ ? "\n -2%5s" : "\n -2%10s", "");
+            if (i > 0 && i % 6 == 0) add(isShort() ? "\n -2%5s" : "\n -2%10s", "");
             add("%12.5E", values[i]);
         }
         text_ += "\n";
@@ -52,7 +66,7 @@ class FrdText {
     }
 
     FrdText& endBlock() {
-        text_ += " -3\n";
+        if (!binary()) text_ += " -3\n";
         return *this;
     }
 
@@ -77,6 +91,16 @@ class FrdText {
     std::string end() const { return text_ + " 9999\n"; }
 
   private:
+    static constexpr int kLine = 11; ///< element type of two nodes
+
+    bool binary() const { return form_ == FrdForm::Binary; }
+    bool isShort() const { return form_ == FrdForm::Short; }
+
+    template <class... Numbers>
+    void bytes(Numbers... numbers) {
+        (text_.append(reinterpret_cast<const char*>(&numbers), sizeof numbers), ...);
+    }
+
     [[gnu::format(printf, 2, 3)]] void add(const char* format, ...) {
         char line[256];
         std::va_list arguments;
@@ -86,7 +110,7 @@ class FrdText {
         text_ += line;
     }
 
-    bool short_;
+    FrdForm form_;
     int blocks_ = 0;
     std::string text_;
 };
