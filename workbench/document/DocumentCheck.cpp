@@ -5,6 +5,7 @@
 #include "workbench/document/RecordCheck.h"
 #include "workbench/document/Sqlite.h"
 
+#include <algorithm>
 #include <system_error>
 
 namespace workbench {
@@ -22,9 +23,11 @@ void checkDatabase(const fs::path& path, Findings& faults) {
     if (!connection) return;
     SqliteStatement statement(
         *connection, ("PRAGMA integrity_check(" + std::to_string(kMostDatabaseFaults) + ")").c_str());
-    while (statement.next())
-        if (const std::string text = statement.text(0); text != "ok")
-            faults.push_back({"database", "its structure is damaged: " + text, kRestore});
+    while (statement.next()) {
+        std::string text = statement.text(0);
+        std::replace(text.begin(), text.end(), '\n', ' ');
+        if (text != "ok") faults.push_back({"database", "its structure is damaged: " + text, kRestore});
+    }
     if (const auto done = statement.result(); !done)
         faults.push_back({"database", "its structure could not be checked: " + done.error().message, ""});
 }
