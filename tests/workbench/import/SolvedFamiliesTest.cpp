@@ -448,4 +448,50 @@ TEST(SolvedFamilies, TurnsLocalResultsBack) {
     }
 }
 
+/// Deck and results with bytes changed, cut or doubled: an import or a sentence.
+TEST(SolvedFamilies, AnswersDamageWithASentence) {
+    if (!solverIsThere()) GTEST_SKIP() << "ccx is not installed";
+    const Solved solved(
+        "*NODE\n1,0,0,0\n2,1,0,0\n3,1,1,0\n4,0,1,0\n5,2,0,0\n6,2,1,0\n7,3,1,0\n"
+        "*ELEMENT,TYPE=S4,ELSET=PLATE\n1,1,2,3,4\n*ELEMENT,TYPE=CPS4,ELSET=PLANE\n2,2,5,6,3\n"
+        "*ELEMENT,TYPE=B31,ELSET=BEAM\n3,6,7\n"
+        "*MATERIAL,NAME=M\n*ELASTIC\n210000,.3\n*ORIENTATION,NAME=OR\n1,0,0,0,1,0\n"
+        "*SHELL SECTION,ELSET=PLATE,MATERIAL=M,ORIENTATION=OR\n.1\n"
+        "*SOLID SECTION,ELSET=PLANE,MATERIAL=M,ORIENTATION=OR\n.1\n"
+        "*BEAM SECTION,ELSET=BEAM,MATERIAL=M,SECTION=RECT\n.1,.2\n0,0,1\n"
+        "*BOUNDARY\n1,1,6\n4,1,6\n2,3\n3,3\n5,3\n6,3,6\n7,2,6\n"
+        "*STEP\n*STATIC\n*CLOAD\n5,1,1.\n*NODE FILE\nU\n*EL FILE,GLOBAL=NO\nS,E\n*END STEP\n");
+    const std::string sources[] = {bytesOf(solved.folder / "a.inp"), bytesOf(solved.folder / "a.frd")};
+    const char* const names[] = {"a.inp", "a.frd"};
+    std::uint64_t state = 20240611;
+    const auto draw = [&](std::size_t below) {
+        state = state * 6364136223846793005u + 1442695040888963407u;
+        return static_cast<std::size_t>((state >> 33) % below);
+    };
+    for (int turn = 0; turn < 40; ++turn) {
+        const std::size_t which = draw(2);
+        std::string text = sources[which];
+        for (std::size_t change = 1 + draw(3); change > 0; --change) {
+            const std::size_t at = draw(text.size()), length = 1 + draw(60);
+            switch (draw(4)) {
+            case 0:
+                text[at] = "0123456789-+*,=E \n"[draw(18)];
+                break;
+            case 1:
+                text.erase(at, length);
+                break;
+            case 2:
+                text.insert(at, text.substr(draw(text.size()), length));
+                break;
+            default:
+                text[at] = static_cast<char>(draw(256));
+            }
+        }
+        writeBytes(solved.folder / names[1 - which], sources[1 - which]);
+        writeBytes(solved.folder / names[which], text);
+        const auto report = importProject(solved.folder / "p.toml", solved.folder / "m.wkm");
+        EXPECT_TRUE(report || !report.error().message.empty()) << "turn " << turn << ", " << names[which];
+    }
+}
+
 } // namespace
