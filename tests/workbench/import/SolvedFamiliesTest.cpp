@@ -47,7 +47,8 @@ struct Solved {
 
     std::vector<unsigned> ids() const {
         std::vector<unsigned> ids;
-        for (const auto& component : open().contents().cases[0].steps[0].components)
+        const auto file = open();
+        for (const auto& component : file.contents().cases[0].steps[0].components)
             ids.push_back(component.id);
         return ids;
     }
