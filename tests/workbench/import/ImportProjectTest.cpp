@@ -1,7 +1,7 @@
 #include "workbench/import/ImportProject.h"
 
-#include "tests/workbench/import/FrdText.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/workbench/import/FrdText.h"
 #include "workbench/document/DocumentFile.h"
 
 #include <gtest/gtest.h>
