@@ -23,6 +23,7 @@ inline constexpr const char* kNodeNumbers = "node_numbers";
 inline constexpr const char* kElementNumbers = "element_numbers";
 inline constexpr const char* kElementCornerCounts = "element_corner_counts";
 inline constexpr const char* kItemLists = "items";
+inline constexpr const char* kSources = "sources";
 inline constexpr const char* kCases = "cases";
 inline constexpr const char* kSteps = "steps";
 
@@ -35,8 +36,8 @@ inline constexpr const char* kChecksum = "checksum";
 
 /// Longest text that the format stores, in bytes of UTF-8.
 inline constexpr std::size_t kLongestText = 4096;
-/// Most cases of a file, steps of a case, tables of a step and item lists of a file: what HDF5 keeps in the
-/// header of a group.
+/// Most cases and sources of a file, steps of a case, tables of a step and item lists of a file: what HDF5
+/// keeps in the header of a group.
 inline constexpr unsigned kMostMembers = 65535;
 
 /// Name of the member at `index`, from zero: "000001", "000002", ... so that the order of names is the order

@@ -1,5 +1,8 @@
+#include "base/ReplaceFile.h"
 #include "resultfile/ReaderState.h"
 #include "resultfile/Text.h"
+
+#include <bit>
 
 namespace resultfile {
 
@@ -9,7 +12,7 @@ Result<Reader::State::Found> Reader::State::find(std::size_t caseIndex, std::siz
         return unusable(text + " is asked for in a case or step that is missing");
     const Case& resultCase = contents.cases[caseIndex];
     const Step& step = resultCase.steps[stepIndex];
-    Found found{nullptr, text + " of step " + inQuotes(step.name) + " of case " + inQuotes(resultCase.name)};
+    Found found{nullptr, subjectOf(caseIndex, stepIndex, id)};
     const auto at =
         std::lower_bound(step.components.begin(), step.components.end(), id,
                          [](const Component& component, unsigned key) { return component.id < key; });
@@ -23,6 +26,12 @@ Result<Reader::State::Found> Reader::State::find(std::size_t caseIndex, std::siz
     datasetStep = stepIndex;
     datasetId = id;
     return found;
+}
+
+std::string Reader::State::subjectOf(std::size_t caseIndex, std::size_t stepIndex, unsigned id) const {
+    const Case& resultCase = contents.cases[caseIndex];
+    return "component " + std::to_string(id) + " of step " + inQuotes(resultCase.steps[stepIndex].name) +
+           " of case " + inQuotes(resultCase.name);
 }
 
 Reader::Reader(std::unique_ptr<State> state)
@@ -109,6 +118,40 @@ Result<void> Reader::visit(std::size_t caseIndex, std::size_t stepIndex, unsigne
     return state_->readBlocks<float>(
         state_->dataset.get(), count, found->subject,
         [&](std::uint64_t, std::uint64_t) { return block.data(); }, use);
+}
+
+Result<Reader::Stream> Reader::stream(std::size_t caseIndex, std::size_t stepIndex, unsigned id) const {
+    const Session session;
+    const auto found = state_->find(caseIndex, stepIndex, id);
+    if (!found) return found.error();
+    const hid_t dataset = state_->dataset.get();
+    const auto extent = contiguousExtent(dataset, fileType<float>(), state_->size);
+    const auto checksum = readNumber<std::uint64_t>(dataset, layout::kChecksum);
+    if (!extent || extent->count != found->component->count || !checksum)
+        return state_->unusable(found->subject + " has been changed since the file was opened");
+    Stream stream;
+    stream.state_ = state_.get();
+    stream.caseIndex_ = caseIndex;
+    stream.stepIndex_ = stepIndex;
+    stream.id_ = id;
+    stream.offset_ = extent->offset;
+    stream.count_ = extent->count;
+    stream.expected_ = *checksum;
+    return stream;
+}
+
+Result<void> Reader::Stream::next(std::span<float> out) {
+    static_assert(std::endian::native == std::endian::little, "values are read as they are stored");
+    const auto subject = [&] { return state_->subjectOf(caseIndex_, stepIndex_, id_); };
+    if (out.size() > count_ - position_)
+        return state_->unusable(subject() + " has no more than " + std::to_string(count_) + " values");
+    if (!state_->source->read(offset_ + position_ * sizeof(float), out.size_bytes(), out.data()))
+        return state_->unusable(subject() + ": " + systemErrorText(state_->source->fault()));
+    checksum_.add(std::as_bytes(out));
+    position_ += out.size();
+    if (position_ == count_ && checksum_.value() != expected_)
+        return state_->unusable(subject() + " is damaged: its checksum differs");
+    return {};
 }
 
 } // namespace resultfile

@@ -65,6 +65,7 @@ struct Reader::State {
     Result<void> countCorners();
     Result<void> readItemLists();
     Result<ItemList> readItemList(hid_t list, const std::string& subject, std::vector<std::int32_t>& corners);
+    Result<void> readSources();
     Result<void> readCases();
     Result<Case> readCase(hid_t group, const std::string& subject);
     Result<Step> readStep(hid_t group, const std::string& subject);
@@ -76,6 +77,7 @@ struct Reader::State {
         std::string subject;
     };
     Result<Found> find(std::size_t caseIndex, std::size_t stepIndex, unsigned id);
+    std::string subjectOf(std::size_t caseIndex, std::size_t stepIndex, unsigned id) const;
 
     std::filesystem::path path;
     std::uint64_t size = 0; ///< of the file, bytes

@@ -115,6 +115,7 @@ Result<void> Reader::State::open() {
     if (auto read = readTexts(); !read) return read;
     if (auto read = readMesh(); !read) return read;
     if (auto read = readItemLists(); !read) return read;
+    if (auto read = readSources(); !read) return read;
     return readCases();
 }
 
@@ -222,6 +223,23 @@ Result<ItemList> Reader::State::readItemList(hid_t list, const std::string& subj
     for (const std::uint32_t position : *positions)
         result.valueCount += static_cast<std::uint64_t>(corners[position]);
     return result;
+}
+
+/// Only files of combined results have them.
+Result<void> Reader::State::readSources() {
+    if (H5Lexists(file.get(), layout::kSources, H5P_DEFAULT) <= 0) return {};
+    const auto group = openNamed(file.get(), layout::kSources, H5I_GROUP);
+    if (!group) return group.error();
+    const auto sources = numberedLinks(group->get(), inQuotes(layout::kSources));
+    if (!sources) return sources.error();
+    for (const Link& link : *sources) {
+        const auto opened = openAt(link.address, H5I_GROUP, "source " + link.name);
+        if (!opened) return opened.error();
+        auto name = readText(opened->get(), layout::kName);
+        if (!name) return unusable("source " + link.name + " has no name");
+        contents.sources.push_back(std::move(*name));
+    }
+    return {};
 }
 
 Result<void> Reader::State::readCases() {

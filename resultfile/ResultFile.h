@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Checksum.h"
 #include "base/Result.h"
 
 #include <cstddef>
@@ -45,6 +46,8 @@ struct Contents {
     std::uint64_t nodeCount = 0;
     std::uint64_t elementCount = 0;
     std::uint64_t cornerCount = 0; ///< number of element corners, all elements
+    /// What the results were combined from. Tables of governing items hold their numbers, from 1.
+    std::vector<std::string> sources;
     std::vector<Case> cases;
 };
 
@@ -70,6 +73,8 @@ class Writer {
     /// Must be called once, before the first item list and the first case.
     Result<void> setMesh(const Mesh& mesh);
     Result<void> setInputChecksum(const std::string& checksum);
+    /// Contents::sources, once at most.
+    Result<void> setSources(std::span<const std::string> names);
     /// A list of mesh positions (node indices; element indices for ElementCorner; ascending) that tables can
     /// follow. A table of corners on a list has the corners of the listed elements.
     Result<void> addItems(const std::string& name, Location location,
@@ -115,6 +120,8 @@ class Writer {
 /// replaced under its name meanwhile: an open reader keeps the file that it opened. One thread at a time uses
 /// a reader; several readers of one file are fine.
 class Reader {
+    struct State;
+
   public:
     static Result<Reader> open(const std::filesystem::path& path);
     ~Reader();
@@ -140,8 +147,29 @@ class Reader {
     Result<void> visit(std::size_t caseIndex, std::size_t stepIndex, unsigned id,
                        const std::function<void(std::span<const float>)>& use) const;
 
+    /// The values of a component one piece after another. Any number may be open at a time, at some hundred
+    /// bytes each; the reader must live longer.
+    class Stream {
+      public:
+        std::uint64_t count() const { return count_; }
+        std::uint64_t position() const { return position_; }
+        /// The next out.size() values, not more than are left. With the last one the table is checked against
+        /// its checksum.
+        Result<void> next(std::span<float> out);
+
+      private:
+        friend class Reader;
+        const State* state_ = nullptr;
+        std::size_t caseIndex_ = 0, stepIndex_ = 0;
+        unsigned id_ = 0;
+        std::uint64_t offset_ = 0; ///< of the first value in the file
+        std::uint64_t count_ = 0, position_ = 0;
+        std::uint64_t expected_ = 0; ///< checksum
+        Checksum checksum_;
+    };
+    Result<Stream> stream(std::size_t caseIndex, std::size_t stepIndex, unsigned id) const;
+
   private:
-    struct State;
     explicit Reader(std::unique_ptr<State> state);
     std::unique_ptr<State> state_;
 };

@@ -27,6 +27,7 @@ constexpr std::size_t kBlock = 1024 * 1024;
 /// Groups of the unfinished file; none is left in a finished one.
 constexpr const char* kPendingCases = "pending_cases";
 constexpr const char* kPendingSteps = "pending_steps";
+constexpr const char* kPendingSources = "pending_sources";
 
 /// Position of the first value that is infinite or not a number; values.size() when all are finite.
 std::size_t firstNonFinite(std::span<const float> values) {
@@ -142,6 +143,7 @@ struct Writer::State {
     std::uint64_t elementCount = 0;
     std::uint64_t cornerCount = 0;
     bool hasMesh = false;
+    bool hasSources = false;
     std::vector<std::int32_t> cornerCounts;
     std::map<std::string, ItemList> items;
 
@@ -387,6 +389,29 @@ Result<void> Writer::setInputChecksum(const std::string& checksum) {
     if (const auto fault = textFault(checksum); !fault.empty())
         return state_->fail("the input checksum " + inQuotes(checksum) + " " + fault);
     state_->inputChecksum = checksum;
+    return {};
+}
+
+Result<void> Writer::setSources(std::span<const std::string> names) {
+    State& s = *state_;
+    if (s.failure) return *s.failure;
+    if (s.hasSources) return s.fail("its sources are set twice");
+    if (names.size() > layout::kMostMembers)
+        return s.fail("it cannot hold more than " + std::to_string(layout::kMostMembers) + " sources");
+    const Session session;
+    Handle pending = pendingGroup(s.file.get(), kPendingSources);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (const auto fault = textFault(names[i]); !fault.empty())
+            return s.fail("the source " + inQuotes(names[i]) + " " + fault);
+        const std::string member = layout::memberName(i);
+        const Handle source(
+            H5Gcreate2(pending.get(), member.c_str(), H5P_DEFAULT, s.newGroup.get(), H5P_DEFAULT));
+        if (!source || !writeText(source.get(), layout::kName, names[i]))
+            return s.failInHdf5("source " + inQuotes(names[i]));
+    }
+    if (!settleMembers(s.file.get(), kPendingSources, pending, names.size(), s.file.get(), layout::kSources))
+        return s.failInHdf5("the sources");
+    s.hasSources = true;
     return {};
 }
 

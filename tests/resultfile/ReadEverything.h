@@ -17,6 +17,8 @@ inline Result<std::uint64_t> readEverything(const std::filesystem::path& path) {
     const auto& contents = reader->contents();
     for (const auto* text : {&contents.analysis, &contents.producer, &contents.inputChecksum})
         addText(*text);
+    for (const std::string& source : contents.sources)
+        addText(source);
     for (auto&& numbers : {reader->nodeNumbers(), reader->elementNumbers(), reader->elementCornerCounts()}) {
         if (!numbers) return numbers.error();
         sum.add(std::as_bytes(std::span(*numbers)));
@@ -31,6 +33,16 @@ inline Result<std::uint64_t> readEverything(const std::filesystem::path& path) {
                 const auto values = reader->values(c, s, component.id);
                 if (!values) return values.error();
                 if (values->size() != component.count) return Error{"a count differs"};
+                auto stream = reader->stream(c, s, component.id);
+                if (!stream) return stream.error();
+                std::vector<float> streamed(values->size());
+                const auto half = std::span(streamed).first(streamed.size() / 2);
+                const auto rest = std::span(streamed).subspan(half.size());
+                if (auto read = stream->next(half); !read) return read.error();
+                if (auto read = stream->next(rest); !read) return read.error();
+                if (streamed != *values) return Error{"the stream of a table differs"};
+                if (stream->next(std::span(streamed).first(streamed.empty() ? 0 : 1)) && !streamed.empty())
+                    return Error{"a stream goes on beyond its end"};
                 sum.add(std::as_bytes(std::span(*values)));
                 addText(std::to_string(component.id) + component.items +
                         std::to_string(static_cast<int>(component.location)));

@@ -46,6 +46,8 @@ const std::vector<Shape> kShapes{
     {"NoCases", [](Sample& s) { s.cases.clear(); }},
     {"NoSteps", [](Sample& s) { s.steps.clear(); }},
     {"NoTables", [](Sample& s) { s.tables.clear(); }},
+    {"NoSources", [](Sample& s) { s.sources.clear(); }},
+    {"ManySources", [](Sample& s) { s.sources.assign(300, "Wind * -0.9"); }},
     {"NoLists",
      [](Sample& s) {
          s.lists.clear();
@@ -103,6 +105,7 @@ void compareContents(const Contents& contents, const Sample& sample) {
     EXPECT_EQ(contents.analysis, sample.analysis);
     EXPECT_EQ(contents.producer, "test 1.0");
     EXPECT_EQ(contents.inputChecksum, sample.inputChecksum);
+    EXPECT_EQ(contents.sources, sample.sources);
     EXPECT_EQ(contents.nodeCount, sample.nodes.size());
     EXPECT_EQ(contents.elementCount, sample.elements.size());
     EXPECT_EQ(contents.cornerCount, sample.count({0, Location::ElementCorner, ""}));

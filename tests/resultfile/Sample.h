@@ -19,6 +19,7 @@ struct Sample {
     };
     std::string analysis = "Notched bar";
     std::string inputChecksum = "0123456789abcdef";
+    std::vector<std::string> sources{"하중 A:1 * 1.35", ""};
     std::vector<std::int32_t> nodes{2, 3, 5, 7, 11, 13, 17, 19, 23, 29};
     std::vector<std::int32_t> elements{1, 4, 9};
     std::vector<std::int32_t> corners{8, 4, 6};
@@ -67,6 +68,7 @@ struct Sample {
     Result<void> write(resultfile::Writer& writer, std::size_t piece = 0) const {
         if (auto set = writer.setMesh({nodes, elements, corners}); !set) return set;
         if (auto set = writer.setInputChecksum(inputChecksum); !set) return set;
+        if (auto set = writer.setSources(sources); !set) return set;
         for (const List& list : lists)
             if (auto added = writer.addItems(list.name, list.location, list.positions); !added) return added;
         for (std::size_t c = 0; c < cases.size(); ++c) {
