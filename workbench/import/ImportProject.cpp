@@ -3,6 +3,7 @@
 #include "host/ElementTypes.h"
 #include "workbench/document/Publication.h"
 #include "workbench/import/InpReader.h"
+#include "workbench/import/MeshResults.h"
 #include "workbench/import/ModelBuilder.h"
 #include "workbench/import/ProjectReferences.h"
 #include "workbench/import/SolverLog.h"
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <chrono>
 #include <map>
+#include <memory>
 
 namespace workbench {
 namespace {
@@ -46,7 +48,7 @@ class ProjectImport {
     Result<void> readSolverDecks() {
         for (const DeckAnalysis& analysis : deck_.analyses) {
             tell("Reading " + analysis.deck.filename().string(), 0);
-            auto solverDeck = readInp(analysis.deck);
+            auto solverDeck = readDeck(analysis);
             if (!solverDeck) return solverDeck.error();
             warn(solverDeck->warnings);
             warnOfAge(analysis);
@@ -57,10 +59,31 @@ class ProjectImport {
         if (solverDecks_.front().elementNumbers.empty())
             return Error{deck_.analyses.front().deck.string() +
                          " has no elements of a type that is read; nothing can be shown or computed"};
+        completeMaterials(deck_, solverDecks_.front());
         DeckErrors errors(deck_.fileName);
         resolveCases(deck_, solverDecks_, errors);
         checkReferences(deck_, solverDecks_.front(), errors);
         return errors.empty() ? Result<void>() : Result<void>(errors.toError());
+    }
+
+    Result<SolverDeck> readDeck(const DeckAnalysis& analysis) {
+        meshFiles_.push_back(nullptr);
+        if (!isMeshFile(analysis.deck)) return readInp(analysis.deck);
+        auto model = readMeshModel(analysis.deck, analysis.planar);
+        if (!model) return model.error();
+        SolverDeck deck = std::move(model->deck);
+        if (analysis.results != analysis.deck) {
+            model = readMeshModel(analysis.results, analysis.planar);
+            if (!model) return model.error();
+            if (const std::string difference = meshDifference(deck, model->deck); !difference.empty())
+                return Error{analysis.results.string() + ": its mesh is not that of " +
+                             analysis.deck.string() + " (" + difference + ")"};
+            deck.warnings.insert(deck.warnings.end(), model->deck.warnings.begin(),
+                                 model->deck.warnings.end());
+        }
+        model->deck = {};
+        meshFiles_.back() = std::make_unique<MeshModel>(std::move(*model));
+        return deck;
     }
 
     void warnOfAge(const DeckAnalysis& analysis) {
@@ -125,8 +148,6 @@ class ProjectImport {
         if (!writer) return writer.error();
         if (auto set = writer->setMesh({mesh.nodeNumbers, mesh.elementNumbers, cornerCounts_}); !set)
             return set;
-        auto window = TextWindow::openFile(analysis.results);
-        if (!window) return window.error();
         const ResultMesh resultMesh{mesh.nodeNumbers,
                                     mesh.nodePositions,
                                     mesh.elementNumbers,
@@ -139,19 +160,30 @@ class ProjectImport {
                                     solverDecks_.front().orientations,
                                     solverDecks_.front().elementOrientations,
                                     solverDecks_.front().solverAddsItems};
+        const auto progress = [&](double part) {
+            tell("Reading " + analysis.results.filename().string(),
+                 (static_cast<double>(index) + part) / static_cast<double>(deck_.analyses.size()));
+        };
+        const auto kept = [&](const auto& import) {
+            warn(import.warnings());
+            report_.analyses.push_back({analysis.name, resultFilePath(analysis), import.cases()});
+            writers_.push_back(std::move(*writer));
+            return Result<void>();
+        };
+        if (meshFiles_[index]) {
+            MeshResults import(*writer, resultMesh, *meshFiles_[index], analysis.fields,
+                               analysis.results.string());
+            const auto written = import.write(analysis.cases.front(), progress);
+            return written ? kept(import) : written;
+        }
+        auto window = TextWindow::openFile(analysis.results);
+        if (!window) return window.error();
         ResultImport import(*writer, resultMesh, solverDecks_[index].steps, analysis.cases,
-                            analysis.results.string(), [&](double part) {
-                                tell("Reading " + analysis.results.filename().string(),
-                                     (static_cast<double>(index) + part) /
-                                         static_cast<double>(deck_.analyses.size()));
-                            });
+                            analysis.results.string(), progress);
         auto read = readFrd(*window, import);
         if (read) read = import.finish();
         if (!read) return Error{read.error().message + solverLastWords(analysis.results)};
-        warn(import.warnings());
-        report_.analyses.push_back({analysis.name, resultFilePath(analysis), import.cases()});
-        writers_.push_back(std::move(*writer));
-        return {};
+        return kept(import);
     }
 
     Result<void> finishModel() {
@@ -197,6 +229,7 @@ class ProjectImport {
     const ImportProgress& progress_;
     ProjectDeck deck_;
     std::vector<SolverDeck> solverDecks_;
+    std::vector<std::unique_ptr<MeshModel>> meshFiles_; ///< one an analysis; null where it has a solver deck
     ModelDatabase database_;
     std::vector<std::int32_t> cornerCounts_;
     std::vector<resultfile::Writer> writers_; ///< one an analysis, which mark its file as worked on

@@ -3,6 +3,8 @@
 #include "base/Result.h"
 #include "host/records/Fatigue.h"
 #include "workbench/import/DeckErrors.h"
+#include "workbench/import/ElementCards.h"
+#include "workbench/import/FieldTargets.h"
 
 #include <array>
 #include <cstdint>
@@ -25,6 +27,8 @@ struct DeckAnalysis {
     std::int32_t typeCode = 101;
     std::vector<std::string> cases; ///< names of the deck's steps; empty: "Step 1", "Step 2", ...
     int casesLine = 0;
+    std::optional<ElementFamily> planar; ///< of a mesh file: what its planar elements are
+    std::vector<DeckField> fields;       ///< of a mesh file: what its arrays are
 };
 
 struct DeckMaterial {
@@ -32,6 +36,9 @@ struct DeckMaterial {
     std::string name;
     std::optional<double> yield;
     std::optional<double> ultimate;
+    std::optional<double> elasticModulus; ///< in place of the solver deck's, like those that follow
+    std::optional<double> poissonRatio;
+    std::optional<double> density;
 };
 
 struct DeckCurve {

@@ -4,6 +4,8 @@
 #include "workbench/import/ProjectDeckChecks.h"
 #include "workbench/import/TextWindow.h"
 #include "workbench/import/TomlText.h"
+#include "workbench/meshfile/MeshReaderProcess.h"
+#include "workbench/results/Catalogue.h"
 
 #include <algorithm>
 #include <cmath>
@@ -29,6 +31,12 @@ const Texts kMeasures{"absolute maximum principal", "signed von Mises", "signed 
 const Texts kStressCorrections{"none", "Goodman", "Gerber", "Soderberg", "Morrow", "SWT"};
 const Texts kStrainCorrections{"none", "Morrow", "SWT", "Manson-Halford"};
 const Texts kOutputs{"damage", "life", "equivalent amplitude"};
+
+/// What the planar elements of a mesh file are, in the order of kPlanarFamilies.
+const Texts kPlanarKinds{"shell", "membrane", "plane stress", "plane strain", "axisymmetric"};
+constexpr ElementFamily kPlanarFamilies[] = {ElementFamily::Plate, ElementFamily::Membrane,
+                                             ElementFamily::PlaneStress, ElementFamily::PlaneStrain,
+                                             ElementFamily::Axisymmetric};
 
 class Reader {
   public:
@@ -74,12 +82,55 @@ class Reader {
         const std::string deck = table.text("deck").value_or("");
         analysis.deck = resolve(deck);
         const auto results = table.text("results");
-        analysis.results =
-            results ? resolve(*results) : std::filesystem::path(analysis.deck).replace_extension(".frd");
+        analysis.results = results ? resolve(*results)
+                           : isMeshFile(analysis.deck)
+                               ? analysis.deck
+                               : std::filesystem::path(analysis.deck).replace_extension(".frd");
+        readMeshKeys(table, analysis);
         analysis.typeCode = analysisType(table);
         analysis.cases = table.names("cases").value_or(Texts());
         analysis.casesLine = table.line("cases");
         deck_.analyses.push_back(std::move(analysis));
+    }
+
+    /// The keys that only mesh files have.
+    void readMeshKeys(DeckTable& table, DeckAnalysis& analysis) {
+        const bool isMesh = isMeshFile(analysis.deck);
+        if (isMesh != isMeshFile(analysis.results))
+            table.fail("results", "deck and results are of different kinds; results of a mesh file (.vtu, "
+                                  ".vtk, .msh) are one, too, and those of a solver deck are not");
+        const toml::table* fields = table.subTable("fields");
+        if (const auto planar = table.choice("planar", kPlanarKinds))
+            analysis.planar = kPlanarFamilies[*planar];
+        if (fields)
+            for (const auto& [array, value] : *fields)
+                readField(std::string(array.str()), value, table, analysis);
+        for (const char* key : {"planar", "fields"})
+            if (!isMesh && table.has(key))
+                table.fail(key,
+                           std::string(key) + " is for mesh files (.vtu, .vtk, .msh) only; leave it out");
+    }
+
+    void readField(std::string array, const toml::node& value, const DeckTable& table,
+                   DeckAnalysis& analysis) {
+        const int line = DeckTable::lineOf(value);
+        const auto refuse = [&](const std::string& found) {
+            errors_.add(line, table.what() + ", fields: the array '" + array + "' cannot become " + found +
+                                  "; accepted are " + listNames(fieldTargetNames()) +
+                                  " and numbers of the result catalogue");
+        };
+        std::optional<FieldTarget> target;
+        if (const auto word = value.value_exact<std::string>()) {
+            target = fieldTarget(*word);
+            if (!target) return refuse("'" + *word + "'");
+        } else if (const auto id = value.value_exact<std::int64_t>()) {
+            if (*id < 1 || *id > kLargestInteger || !findComponent(static_cast<unsigned>(*id)))
+                return refuse(std::to_string(*id));
+            target = FieldTarget{FieldTarget::Scalar, static_cast<unsigned>(*id)};
+        } else {
+            return refuse("this");
+        }
+        analysis.fields.push_back({line, std::move(array), *target});
     }
 
     std::int32_t analysisType(DeckTable& table) {
@@ -99,6 +150,11 @@ class Reader {
         table.rename(title("material", material.name, deck_.materials.size()));
         material.yield = table.positive("yield");
         material.ultimate = table.positive("ultimate");
+        material.elasticModulus = table.positive("elastic_modulus");
+        material.poissonRatio = table.number("poisson_ratio");
+        if (material.poissonRatio && !(*material.poissonRatio > -1 && *material.poissonRatio < 0.5))
+            table.fail("poisson_ratio", "poisson_ratio must lie between -1 and 0.5");
+        material.density = table.positive("density");
         deck_.materials.push_back(std::move(material));
     }
 

@@ -73,6 +73,16 @@ void resolveCases(ProjectDeck& deck, std::span<const SolverDeck> solverDecks, De
     }
 }
 
+void completeMaterials(const ProjectDeck& deck, SolverDeck& model) {
+    for (const DeckMaterial& given : deck.materials)
+        for (SolverMaterial& material : model.materials) {
+            if (!equalIgnoringCase(material.name, given.name)) continue;
+            material.elasticModulus = given.elasticModulus.value_or(material.elasticModulus);
+            material.poissonRatio = given.poissonRatio.value_or(material.poissonRatio);
+            material.density = given.density.value_or(material.density);
+        }
+}
+
 void checkReferences(const ProjectDeck& deck, const SolverDeck& model, DeckErrors& errors) {
     for (const DeckMaterial& material : deck.materials)
         requireMaterial(model, material.name, material.line, errors);
@@ -84,7 +94,7 @@ void checkReferences(const ProjectDeck& deck, const SolverDeck& model, DeckError
             if (found && !fatigue.isStressLife() && !(found->elasticModulus > 0))
                 errors.add(material.line, "the material '" + material.material +
                                               "' has no elastic modulus in the solver deck (" + found->place +
-                                              "); strain-life needs one");
+                                              "); strain-life needs one, which [[material]] can give, too");
         }
     }
 }

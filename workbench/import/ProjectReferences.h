@@ -13,6 +13,9 @@ namespace workbench {
 /// Gives every analysis a case name for each step of its solver deck; a list of another length is an error.
 void resolveCases(ProjectDeck& deck, std::span<const SolverDeck> solverDecks, DeckErrors& errors);
 
+/// Gives the materials of a solver deck the constants that the project deck states for them.
+void completeMaterials(const ProjectDeck& deck, SolverDeck& model);
+
 /// Checks the materials and cases that a project deck names against the solver decks; `model` is the one
 /// whose mesh and materials the document takes.
 void checkReferences(const ProjectDeck& deck, const SolverDeck& model, DeckErrors& errors);
