@@ -109,3 +109,42 @@ void writeCube(const TestFolder& folder, const CubeStress (&cases)[2]) {
     folder.write("cube.inp", deck);
     folder.write("cube.frd", results + " 9999\n");
 }
+
+std::string cubeDeck(const std::string& extra, const std::string& loadPoints) {
+    return R"([units]
+force = "N"
+length = "mm"
+[[analysis]]
+name = "Static"
+deck = "cube.inp"
+results = "cube.frd"
+cases = ["Pull", "Shear"]
+[[material]]
+name = "STEEL"
+yield = 355.0
+ultimate = 510.0
+[[load_function]]
+name = "Swing"
+points = )" +
+           loadPoints + R"(
+[[fatigue]]
+name = "Service"
+analysis = "Static"
+result = "Life"
+type = "stress-life cases"
+measure = "absolute maximum principal"
+mean_stress = ["None", "Goodman"]
+outputs = ["damage", "life"]
+cycles = 1000
+infinite_life = 1e12
+)" + extra +
+           R"([[fatigue.material]]
+material = "STEEL"
+coefficient = 1000.0
+exponent = -0.12
+[[fatigue.load]]
+case = "Pull"
+factor = 1.0
+function = "Swing"
+)";
+}

@@ -42,3 +42,9 @@ struct CubeStress {
     double stress[6]; ///< xx yy zz xy yz zx
 };
 void writeCube(const TestFolder& folder, const CubeStress (&cases)[2]);
+inline constexpr CubeStress kCubeStresses[2] = {{"Pull", {200, 0, 0, 0, 0, 0}},
+                                                {"Shear", {0, 0, 0, 50, 0, 0}}};
+
+/// A project deck over that cube with one fatigue definition; `extra` is appended to the definition.
+std::string cubeDeck(const std::string& extra = "",
+                     const std::string& loadPoints = "[[0, 1], [1, -1], [2, 1]]");

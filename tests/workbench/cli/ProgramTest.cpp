@@ -9,54 +9,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr CubeStress kUniaxial[2] = {{"Pull", {200, 0, 0, 0, 0, 0}}, {"Shear", {0, 0, 0, 50, 0, 0}}};
-
-/// A deck over the cube with one fatigue definition; `extra` is appended to the definition.
-std::string cubeDeck(const std::string& extra = "",
-                     const std::string& loadPoints = "[[0, 1], [1, -1], [2, 1]]") {
-    return R"([units]
-force = "N"
-length = "mm"
-[[analysis]]
-name = "Static"
-deck = "cube.inp"
-results = "cube.frd"
-cases = ["Pull", "Shear"]
-[[material]]
-name = "STEEL"
-yield = 355.0
-ultimate = 510.0
-[[load_function]]
-name = "Swing"
-points = )" +
-           loadPoints + R"(
-[[fatigue]]
-name = "Service"
-analysis = "Static"
-result = "Life"
-type = "stress-life cases"
-measure = "absolute maximum principal"
-mean_stress = ["None", "Goodman"]
-outputs = ["damage", "life"]
-cycles = 1000
-infinite_life = 1e12
-)" + extra +
-           R"([[fatigue.material]]
-material = "STEEL"
-coefficient = 1000.0
-exponent = -0.12
-[[fatigue.load]]
-case = "Pull"
-factor = 1.0
-function = "Swing"
-)";
-}
-
 class ProgramTest : public testing::Test {
   protected:
     ProgramTest()
         : folder_(testing::UnitTest::GetInstance()->current_test_info()->name()) {
-        writeCube(folder_, kUniaxial);
+        writeCube(folder_, kCubeStresses);
         folder_.write("cube.toml", cubeDeck());
     }
 
@@ -242,7 +199,7 @@ TEST_F(ProgramTest, ASolverThatFailsNeverBecomesAResult) {
     };
     // The result of a run whose definition differs: its checksum is another one.
     folder_.write("stale/cube.toml", cubeDeck("quick_rainflow = 5\n"));
-    writeCube(folder_, kUniaxial);
+    writeCube(folder_, kCubeStresses);
     succeed("cp cube.inp cube.frd stale/ && cd stale && vexa new cube.toml -o cube.wkm && vexa fatigue "
             "cube.wkm && "
             "cp cube_Life.lmop ../stale.lmop");

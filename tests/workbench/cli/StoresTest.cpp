@@ -7,43 +7,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr CubeStress kStresses[2] = {{"Pull", {200, 0, 0, 0, 0, 0}}, {"Shear", {0, 0, 0, 50, 0, 0}}};
-
-constexpr const char* kDeck = R"([units]
-force = "N"
-length = "mm"
-[[analysis]]
-name = "Static"
-deck = "cube.inp"
-results = "cube.frd"
-cases = ["Pull", "Shear"]
-[[material]]
-name = "STEEL"
-yield = 355.0
-ultimate = 510.0
-[[load_function]]
-name = "Swing"
-points = [[0, 1], [1, -1]]
-[[fatigue]]
-name = "Service"
-analysis = "Static"
-result = "Life"
-type = "stress-life cases"
-measure = "absolute maximum principal"
-mean_stress = ["None"]
-outputs = ["damage", "life"]
-cycles = 1000
-infinite_life = 1e12
-[[fatigue.material]]
-material = "STEEL"
-coefficient = 1000.0
-exponent = -0.12
-[[fatigue.load]]
-case = "Pull"
-factor = 1.0
-function = "Swing"
-)";
-
 /// `as_user` runs a command without the rights of root; `sql` runs a statement on the document; `locked` runs
 /// a command while another program holds the document in a transaction; `cut_save` dies in the middle of a
 /// save.
@@ -67,8 +30,8 @@ class StoresTest : public testing::Test {
   protected:
     StoresTest()
         : folder_(std::string("stores-") + testing::UnitTest::GetInstance()->current_test_info()->name()) {
-        writeCube(folder_, kStresses);
-        folder_.write("cube.toml", kDeck);
+        writeCube(folder_, kCubeStresses);
+        folder_.write("cube.toml", cubeDeck());
         const ProgramEnd end = run("vexa new cube.toml -o cube.wkm && vexa fatigue cube.wkm");
         EXPECT_EQ(end.exitCode, 0) << end.errors;
     }
