@@ -45,30 +45,47 @@ double fastestAlone(int runs, Work&& work) {
     return best;
 }
 
-/// Stress blocks of `nodes` nodes as the solver prints them. Digits vary, so that nothing is predictable.
+/// The header of a stress block; the format is 1 for text and 2 for binary rows.
+std::string blockHeader(int block, int nodes, int format) {
+    char line[160];
+    std::snprintf(line, sizeof line, "    1PSTEP %25d %11d %11d\n", block, block, 1);
+    std::string text = line;
+    std::snprintf(line, sizeof line, "  100CL  101%12.5E%12d                     0    1           %d\n",
+                  double(block), nodes, format);
+    text += line;
+    text += " -4  STRESS      6    1\n";
+    for (const char* name : {"SXX", "SYY", "SZZ", "SXY", "SYZ", "SZX"}) {
+        std::snprintf(line, sizeof line, " -5  %-8s    1    4    1    1\n", name);
+        text += line;
+    }
+    return text;
+}
+
+/// Digits that vary, so that nothing is predictable.
+class Values {
+  public:
+    double next() {
+        state_ = state_ * 1664525u + 1013904223u;
+        return (int(state_ >> 8) - (1 << 23)) * (state_ % 7 == 0 ? 1e-9 : 1e-4);
+    }
+
+  private:
+    unsigned state_ = 1;
+};
+
+/// Stress blocks of `nodes` nodes as the solver prints them.
 std::string stressBlocks(int nodes, int blocks) {
     std::string text = "    1C\n";
     text.reserve(std::size_t(nodes) * std::size_t(blocks) * 86 + 4096);
     char line[160];
-    unsigned state = 1;
+    Values values;
     for (int block = 1; block <= blocks; ++block) {
-        std::snprintf(line, sizeof line, "    1PSTEP %25d %11d %11d\n", block, block, 1);
-        text += line;
-        std::snprintf(line, sizeof line, "  100CL  101%12.5E%12d                     0    1           1\n",
-                      double(block), nodes);
-        text += line;
-        text += " -4  STRESS      6    1\n";
-        for (const char* name : {"SXX", "SYY", "SZZ", "SXY", "SYZ", "SZX"}) {
-            std::snprintf(line, sizeof line, " -5  %-8s    1    4    1    1\n", name);
-            text += line;
-        }
+        text += blockHeader(block, nodes, 1);
         for (int node = 1; node <= nodes; ++node) {
             int length = std::snprintf(line, sizeof line, " -1%10d", node);
-            for (int c = 0; c < 6; ++c) {
-                state = state * 1664525u + 1013904223u;
-                length += std::snprintf(line + length, sizeof line - std::size_t(length), "%12.5E",
-                                        (int(state >> 8) - (1 << 23)) * (state % 7 == 0 ? 1e-9 : 1e-4));
-            }
+            for (int c = 0; c < 6; ++c)
+                length +=
+                    std::snprintf(line + length, sizeof line - std::size_t(length), "%12.5E", values.next());
             line[length] = '\n';
             text.append(line, std::size_t(length) + 1);
         }
@@ -77,26 +94,17 @@ std::string stressBlocks(int nodes, int blocks) {
     return text + " 9999\n";
 }
 
-/// The same blocks in binary, without the ends of the file.
+/// The same blocks in binary.
 std::string binaryBlocks(int nodes, int blocks) {
     std::string bytes = "    1C\n";
-    char line[160];
-    unsigned state = 1;
+    Values values;
     const auto append = [&](const void* value) { bytes.append(static_cast<const char*>(value), 4); };
     for (int block = 1; block <= blocks; ++block) {
-        std::snprintf(line, sizeof line, "  100CL  101%12.5E%12d                     0    1           2\n",
-                      double(block), nodes);
-        bytes += line;
-        bytes += " -4  STRESS      6    1\n";
-        for (const char* name : {"SXX", "SYY", "SZZ", "SXY", "SYZ", "SZX"}) {
-            std::snprintf(line, sizeof line, " -5  %-8s    1    4    1    1\n", name);
-            bytes += line;
-        }
+        bytes += blockHeader(block, nodes, 2);
         for (int node = 1; node <= nodes; ++node) {
             append(&node);
             for (int c = 0; c < 6; ++c) {
-                state = state * 1664525u + 1013904223u;
-                const float value = float(int(state >> 8) - (1 << 23)) * 1e-4f;
+                const auto value = static_cast<float>(values.next());
                 append(&value);
             }
         }
