@@ -7,6 +7,7 @@
 #include "workbench/import/ModelBuilder.h"
 #include "workbench/import/ProjectReferences.h"
 #include "workbench/import/SolverLog.h"
+#include "workbench/meshfile/MeshFileKind.h"
 
 #include <algorithm>
 #include <chrono>

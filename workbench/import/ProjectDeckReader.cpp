@@ -4,7 +4,7 @@
 #include "workbench/import/ProjectDeckChecks.h"
 #include "workbench/import/TextWindow.h"
 #include "workbench/import/TomlText.h"
-#include "workbench/meshfile/MeshReaderProcess.h"
+#include "workbench/meshfile/MeshFileKind.h"
 #include "workbench/results/Catalogue.h"
 
 #include <algorithm>

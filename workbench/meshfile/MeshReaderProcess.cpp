@@ -106,13 +106,6 @@ std::filesystem::path programBeside() {
 
 } // namespace
 
-bool isMeshFile(const std::filesystem::path& path) {
-    std::string extension = path.extension().string();
-    for (char& c : extension)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return extension == ".vtu" || extension == ".vtk" || extension == ".msh";
-}
-
 Result<MeshFile> readMeshFile(const std::filesystem::path& path, const MeshReading& reading) {
     std::error_code code;
     const std::uint64_t bytes = std::filesystem::file_size(path, code);

@@ -9,9 +9,6 @@
 
 namespace workbench {
 
-/// Whether the name is that of a mesh file: .vtu, .vtk or .msh, in any letter case.
-bool isMeshFile(const std::filesystem::path& path);
-
 struct MeshReading {
     std::filesystem::path program; ///< empty: vexa-read-mesh in the folder of the running program
     /// Empty: a minute, and a second more for each MiB of the file.

@@ -2,6 +2,7 @@
 /// program of its own so that a file on which a library breaks off does not end vexa.
 
 #include "workbench/meshfile/GmshMesh.h"
+#include "workbench/meshfile/MeshFileKind.h"
 #include "workbench/meshfile/MeshReaderLimits.h"
 #include "workbench/meshfile/VtkMesh.h"
 
@@ -37,10 +38,10 @@ void limitMyself(std::uint64_t fileBytes) {
 }
 
 Result<void> read(const std::string& path, MeshStreamWriter& out) {
-    const std::string extension = std::filesystem::path(path).extension().string();
-    const char last = extension.empty() ? '\0' : static_cast<char>(extension.back() | 0x20);
-    if (last == 'h') return readGmshMesh(path, out);
-    return readVtkMesh(path, last == 'u', out);
+    const auto kind = meshFileKind(path);
+    if (!kind) return Error{"its name does not end in .vtu, .vtk or .msh"};
+    if (*kind == MeshFileKind::Gmsh) return readGmshMesh(path, out);
+    return readVtkMesh(path, *kind == MeshFileKind::VtkXml, out);
 }
 
 /// Ends at once: what the libraries have to tidy up is nobody's any more, and they may fail at it.
