@@ -13,6 +13,7 @@
 
 class CQMViewBase;
 class CVResult;
+struct T_COMB_ENVL_RESULT_D;
 
 /// What an implementation of the host gives, apart from the documents themselves: the functions of the host
 /// interface forward to the registered object. Register one object before the module is used; it must
@@ -48,6 +49,10 @@ class IHostServices {
     virtual int BeginTransaction(CQMDocBase& doc, const std::wstring& title) = 0;
     virtual int CommitTransaction(CQMDocBase& doc) = 0;
     virtual void RollbackTransaction(CQMDocBase& doc) = 0;
+    /// See CGpsLinearCombCalculator; zero where the host combines no results.
+    virtual int GenerateSubCombResult(CQMDocBase&, CQMViewBase*, const T_COMB_ENVL_RESULT_D&, bool) {
+        return 0;
+    }
     virtual int ExecuteCommand(CQMDocBase* doc, const std::wstring& name,
                                const CommandParameters& params) = 0;
 };

@@ -107,14 +107,15 @@ constexpr Alias kAliases[] = {
 };
 
 /// Strain without its thermal part.
+constexpr unsigned kMechanicalStrain = 313100;
+
 void addMechanicalStrain(std::vector<ComponentName>& rows) {
-    constexpr unsigned base = 313100;
     for (const Part& part : kTensorParts)
-        rows.push_back({base + part.suffix, UnitKind::None,
+        rows.push_back({kMechanicalStrain + part.suffix, UnitKind::None,
                         std::string("Solid mechanical strain ") + part.english,
                         std::string("솔리드 기계적 변형률 ") + part.korean});
-    rows.push_back(
-        {base + 14, UnitKind::None, "Solid mechanical strain equivalent", "솔리드 기계적 변형률 등가"});
+    rows.push_back({kMechanicalStrain + 14, UnitKind::None, "Solid mechanical strain equivalent",
+                    "솔리드 기계적 변형률 등가"});
 }
 
 void addAliases(std::vector<ComponentName>& rows) {
@@ -147,6 +148,54 @@ void addFatigue(std::vector<ComponentName>& rows) {
     }
 }
 
+/// Magnitudes of solids that do not follow the loads.
+constexpr unsigned kNotProportional[] = {311121, 311131, 311141};
+
+DerivedComponent equivalentOf(unsigned base, unsigned parts, unsigned equivalent, bool stress) {
+    DerivedComponent derived{base + equivalent, DerivedMeasure::VonMises, {}};
+    if (!stress) derived.measure = DerivedMeasure::EquivalentStrain;
+    // The strain across a plate counts in its equivalent, but has no table.
+    constexpr unsigned kAcross = 0b000100;
+    if (!stress && !(parts & kAcross)) return derived;
+    for (const Part& part : kTensorParts)
+        derived.sources.push_back(parts >> (part.suffix - 1) & 1u ? base + part.suffix : 0);
+    return derived;
+}
+
+std::vector<DerivedComponent> makeDerived() {
+    std::vector<DerivedComponent> rows;
+    for (const Quantity& quantity : kVectors)
+        rows.push_back({quantity.base + 4,
+                        DerivedMeasure::Length,
+                        {quantity.base + 1, quantity.base + 2, quantity.base + 3}});
+    for (const Family& family : kFamilies) {
+        rows.push_back(equivalentOf(family.base, family.parts, family.equivalent, true));
+        rows.push_back(equivalentOf(family.base - kStressToStrain, family.parts, family.equivalent, false));
+    }
+    rows.push_back(equivalentOf(kMechanicalStrain, kAllParts, 14, false));
+    std::ranges::sort(rows, {}, &DerivedComponent::id);
+    return rows;
+}
+
+/// Of fatigue results the damage alone adds up, by Miner's rule.
+bool isFatigue(unsigned id, unsigned base) {
+    return id >= base && id < base + 10 * resultfile::fatigue::kCorrections.size() && (id - base) % 10 == 0;
+}
+
+bool isLabel(unsigned id) {
+    using namespace resultfile::fatigue;
+    return governedBy(id) != 0 || isFatigue(id, kGoverningMaterial) ||
+           std::ranges::any_of(kGoverningNormal, [&](unsigned base) { return isFatigue(id, base); });
+}
+
+void addGoverningItems(std::vector<ComponentName>& rows) {
+    const std::vector<ComponentName> governed = rows;
+    for (const ComponentName& row : governed)
+        if (!isLabel(row.id))
+            rows.push_back({governingItemOf(row.id), UnitKind::None, "Governing item of " + row.english,
+                            "지배 항목: " + row.korean});
+}
+
 std::vector<ComponentName> makeCatalogue() {
     std::vector<ComponentName> rows;
     for (const Quantity& quantity : kVectors)
@@ -160,6 +209,7 @@ std::vector<ComponentName> makeCatalogue() {
     addMechanicalStrain(rows);
     addAliases(rows);
     addFatigue(rows);
+    addGoverningItems(rows);
     std::sort(rows.begin(), rows.end(), [](const auto& a, const auto& b) { return a.id < b.id; });
     return rows;
 }
@@ -181,6 +231,22 @@ const ComponentName* findComponent(unsigned id) {
 unsigned sourceOfAlias(unsigned id) {
     const auto found = std::ranges::find(kAliases, id, &Alias::id);
     return found != std::end(kAliases) ? found->source : 0;
+}
+
+std::span<const DerivedComponent> derivedComponents() {
+    static const std::vector<DerivedComponent> rows = makeDerived();
+    return rows;
+}
+
+Combining combiningOf(unsigned id) {
+    using namespace resultfile::fatigue;
+    if (const unsigned source = sourceOfAlias(id)) id = source;
+    if (isLabel(id)) return Combining::Label;
+    if (std::ranges::binary_search(derivedComponents(), id, {}, &DerivedComponent::id))
+        return Combining::Derived;
+    const bool follows = findComponent(id) && !isFatigue(id, kLife) && !isFatigue(id, kEquivalentAmplitude) &&
+                         std::ranges::find(kNotProportional, id) == std::end(kNotProportional);
+    return follows ? Combining::Proportional : Combining::NotProportional;
 }
 
 std::string componentName(unsigned id, Language language) {

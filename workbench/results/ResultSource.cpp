@@ -65,6 +65,20 @@ Result<void> ResultSource::resolve(const T_QM_MESH_D& mesh) {
     return {};
 }
 
+Result<std::optional<std::vector<std::uint32_t>>>
+ResultSource::itemsOf(const T_QM_MESH_D& mesh, const resultfile::Component& component) {
+    if (auto resolved = resolve(mesh); !resolved) return resolved.error();
+    const bool corner = component.location == resultfile::Location::ElementCorner;
+    const auto& positions = corner ? positions_->elements : positions_->nodes;
+    if (component.items.empty()) return positions;
+    auto items = reader_.items(component.items);
+    if (!items) return items.error();
+    if (positions)
+        for (std::uint32_t& item : *items)
+            item = positions->at(item);
+    return std::optional(std::move(*items));
+}
+
 Result<void> ResultSource::read(const T_QM_MESH_D& mesh, std::size_t caseIndex, std::size_t stepIndex,
                                 unsigned id, Table& table) {
     if (auto resolved = resolve(mesh); !resolved) return resolved;
@@ -74,20 +88,10 @@ Result<void> ResultSource::read(const T_QM_MESH_D& mesh, std::size_t caseIndex, 
         return Error{reader_.path().string() + " has no component " + std::to_string(id) + " in that step"};
     auto values = reader_.values(caseIndex, stepIndex, id);
     if (!values) return values.error();
-
+    auto items = itemsOf(mesh, *component);
+    if (!items) return items.error();
     const bool corner = component->location == resultfile::Location::ElementCorner;
-    const auto& positions = corner ? positions_->elements : positions_->nodes;
-    table.items.clear();
-    if (!component->items.empty()) {
-        auto items = reader_.items(component->items);
-        if (!items) return items.error();
-        table.items = std::move(*items);
-        if (positions)
-            for (std::uint32_t& item : table.items)
-                item = positions->at(item);
-    } else if (positions) {
-        table.items = *positions;
-    }
+    table.items = items->has_value() ? std::move(**items) : std::vector<std::uint32_t>();
     table.values = std::move(*values);
     table.view = {id, corner ? ::ResultLocation::ElementCorner : ::ResultLocation::Node, table.values,
                   table.items};

@@ -22,6 +22,11 @@ class ResultSource {
     /// Why the file does not belong to the mesh: node numbers the mesh lacks, elements of another shape.
     Result<void> checkMesh(const T_QM_MESH_D& mesh);
 
+    /// Mesh positions of the nodes or elements that a component of this file stands at, ascending; nothing
+    /// for the whole mesh.
+    Result<std::optional<std::vector<std::uint32_t>>> itemsOf(const T_QM_MESH_D& mesh,
+                                                              const resultfile::Component& component);
+
     /// A table and the storage that it looks into.
     struct Table {
         std::vector<float> values;

@@ -60,7 +60,7 @@ class Table final : public CVResult {
     ResultSource::Table table_;
 };
 
-class Step final : public CPOHVCase {
+class Step final : public ResultStep {
   public:
     Step(CPOHCase& parent, ModelDatabase& database, ResultSource& source, std::size_t caseIndex,
          std::size_t stepIndex, ItrKey key)
@@ -79,6 +79,9 @@ class Step final : public CPOHVCase {
     const std::wstring& GetName() const override { return name_; }
     CPOHBase* GetParent() const override { return &parent_; }
     CPOHCase* GetCase() const override { return &parent_; }
+    ResultSource& source() const override { return source_; }
+    std::size_t caseIndex() const override { return caseIndex_; }
+    std::size_t stepIndex() const override { return stepIndex_; }
     double GetStepValue() const override { return stored().value; }
     const std::vector<unsigned>& GetResultIds() const override { return ids_; }
 
@@ -93,10 +96,6 @@ class Step final : public CPOHVCase {
     }
 
   private:
-    const resultfile::Step& stored() const {
-        return source_.reader().contents().cases[caseIndex_].steps[stepIndex_];
-    }
-
     CPOHCase& parent_;
     ModelDatabase& database_;
     ResultSource& source_;
@@ -140,11 +139,52 @@ class Case final : public CPOHCase {
 
 class ResultTree::Analysis final : public CPOHAnalysis {
   public:
-    Analysis(ResultTree& parent, ItrKey key, std::wstring name)
+    using Records = std::vector<ResultFileRecord>;
+
+    Analysis(ResultTree& parent, ItrKey key, std::wstring name, Records records)
         : parent_(parent)
         , key_(key)
-        , name_(std::move(name)) {}
+        , name_(std::move(name))
+        , records_(std::move(records)) {}
 
+    /// Whether reading it again would make the same object.
+    bool isCurrent(const std::wstring& name, const Records& records) const {
+        return name == name_ && unreadable_ == 0 &&
+               std::ranges::equal(records, records_, [](const auto& a, const auto& b) {
+                   return a.key == b.key && a.path == b.path && a.firstKey == b.firstKey;
+               });
+    }
+
+    void readFiles(ModelDatabase& database, const std::filesystem::path& folder) {
+        for (const ResultFileRecord& record : records_) {
+            const auto added = addFile(database, record, folder / std::filesystem::path(record.path));
+            if (added) continue;
+            ++unreadable_;
+            qmMsgOutError(framework::fromUtf8(added.error().message) + L"; analysis \"" + name_ +
+                          L"\" is without these results until the file is restored or made again");
+        }
+    }
+
+    int unreadable() const { return unreadable_; }
+    std::vector<std::string> sourceNames() const {
+        std::vector<std::string> names;
+        for (const auto& source : sources_)
+            for (const std::string& name : source->reader().contents().sources)
+                names.push_back(name);
+        return names;
+    }
+
+    ItrKey GetKey() const override { return key_; }
+    const std::wstring& GetName() const override { return name_; }
+    CPOHBase* GetParent() const override { return &parent_; }
+    const std::vector<CPOHCase*>& GetChildList() const override { return children_; }
+    CPOHCase* GetChild(ItrKey key) const override {
+        const auto found = std::ranges::find(children_, key, &CPOHCase::GetKey);
+        return found != children_.end() ? *found : nullptr;
+    }
+    std::wstring GetResultFilePath() const override { return path_; }
+
+  private:
     /// Appends the cases of a result file, or says why it cannot.
     Result<void> addFile(ModelDatabase& database, const ResultFileRecord& record,
                          const std::filesystem::path& path) {
@@ -167,21 +207,12 @@ class ResultTree::Analysis final : public CPOHAnalysis {
         return {};
     }
 
-    ItrKey GetKey() const override { return key_; }
-    const std::wstring& GetName() const override { return name_; }
-    CPOHBase* GetParent() const override { return &parent_; }
-    const std::vector<CPOHCase*>& GetChildList() const override { return children_; }
-    CPOHCase* GetChild(ItrKey key) const override {
-        const auto found = std::ranges::find(children_, key, &CPOHCase::GetKey);
-        return found != children_.end() ? *found : nullptr;
-    }
-    std::wstring GetResultFilePath() const override { return path_; }
-
-  private:
     ResultTree& parent_;
     ItrKey key_;
     std::wstring name_;
+    Records records_;
     std::wstring path_;
+    int unreadable_ = 0;
     std::vector<std::unique_ptr<ResultSource>> sources_;
     std::vector<std::unique_ptr<Case>> cases_;
     std::vector<CPOHCase*> children_;
@@ -196,27 +227,41 @@ ResultTree::ResultTree(ModelDatabase& database, std::filesystem::path folder)
 ResultTree::~ResultTree() = default;
 
 void ResultTree::rebuild() {
+    analyses_.clear();
+    readAnalyses({});
+}
+
+void ResultTree::update() {
+    readAnalyses(std::move(analyses_));
+}
+
+void ResultTree::readAnalyses(std::vector<std::unique_ptr<Analysis>> former) {
     children_.clear();
     analyses_.clear();
     unreadable_ = 0;
-    const auto* records = database_.Pool<DPoolVXMcas>();
-    for (const ItrKey key : records->GetKeyList())
-        analyses_.push_back(std::make_unique<Analysis>(*this, key, records->GetAtNU(key).name));
-    for (const auto& analysis : analyses_)
-        children_.push_back(analysis.get());
-    for (const ResultFileRecord& record : database_.resultFiles()) {
-        const auto owner =
-            std::ranges::find(analyses_, record.analysisKey, [](const auto& a) { return a->GetKey(); });
-        if (owner == analyses_.end()) continue;
-        const auto added = (*owner)->addFile(database_, record, folder_ / std::filesystem::path(record.path));
-        if (!added) {
-            ++unreadable_;
-            qmMsgOutError(framework::fromUtf8(added.error().message) + L"; analysis \"" +
-                          (*owner)->GetName() +
-                          L"\" is without these results until the file is restored or "
-                          L"made again");
+    const auto* pool = database_.Pool<DPoolVXMcas>();
+    for (const ItrKey key : pool->GetKeyList()) {
+        const std::wstring& name = pool->GetAtNU(key).name;
+        Analysis::Records records = database_.resultFiles();
+        std::erase_if(records, [&](const ResultFileRecord& record) { return record.analysisKey != key; });
+        const auto same = std::ranges::find_if(former, [&](const auto& analysis) {
+            return analysis && analysis->GetKey() == key && analysis->isCurrent(name, records);
+        });
+        if (same != former.end()) {
+            analyses_.push_back(std::move(*same));
+        } else {
+            analyses_.push_back(std::make_unique<Analysis>(*this, key, name, std::move(records)));
+            analyses_.back()->readFiles(database_, folder_);
         }
+        unreadable_ += analyses_.back()->unreadable();
+        children_.push_back(analyses_.back().get());
     }
+}
+
+std::vector<std::string> ResultTree::sourcesOf(ItrKey analysisKey) const {
+    const auto found =
+        std::ranges::find(analyses_, analysisKey, [](const auto& analysis) { return analysis->GetKey(); });
+    return found != analyses_.end() ? (*found)->sourceNames() : std::vector<std::string>();
 }
 
 const std::wstring& ResultTree::GetName() const {

@@ -8,6 +8,7 @@ namespace workbench {
 namespace {
 
 constexpr Message kMessages[] = {
+    {"IDS_QMGPS_RESULT_COMBINATION", "Result Combination", "결과 조합"},
     {"IDS_QM_DB_CANNOT_EXECUTE_FILE", "The program cannot be started: %s",
      "프로그램을 실행할 수 없습니다: %s"},
     {"IDS_QM_DB_CANNOT_FIND_FILE", "The file cannot be found: %s", "파일을 찾을 수 없습니다: %s"},

@@ -110,8 +110,10 @@ class ModelCheck {
     void checkResultFile(const ResultFileRecord& record) {
         ++report_.resultFiles;
         const std::string item = "result file " + record.path;
-        const std::string remedy = remedyFor(record.analysisKey);
         const fs::path path = registeredFile(folder_, record.path);
+        const std::string remedy = path.filename().string().starts_with("_RCB_")
+                                       ? "delete it if it is there, and make it again with vexa combine"
+                                       : remedyFor(record.analysisKey);
         tell("Checking " + path.filename().string());
         if (!files_.insert(path).second) fault(item, "it is registered twice", remedy);
         auto opened = resultfile::Reader::open(path);

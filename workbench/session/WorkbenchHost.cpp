@@ -3,6 +3,7 @@
 #include "framework/files/PathMap.h"
 #include "framework/text/CodePage.h"
 #include "host/FileCtrl.h"
+#include "host/GpsLinearCombCalculator.h"
 #include "workbench/session/Document.h"
 #include "workbench/session/Messages.h"
 
@@ -115,8 +116,32 @@ void WorkbenchHost::RollbackTransaction(CQMDocBase& doc) {
     databaseOf(doc).rollbackTransaction();
 }
 
-int WorkbenchHost::ExecuteCommand(CQMDocBase* doc, const std::wstring& name,
-                                  const CommandParameters&) {
+int WorkbenchHost::GenerateSubCombResult(CQMDocBase& doc, CQMViewBase*, const T_COMB_ENVL_RESULT_D& request,
+                                         bool registerSet) {
+    lastCombination_.reset();
+    auto& document = static_cast<Document&>(doc);
+    const auto checked = combinationRequest(document.results(), request);
+    Result<CombinationReport> made =
+        checked ? CombinationReport() : Result<CombinationReport>(checked.error());
+    if (checked) {
+        progress_.Start();
+        progress_.SetText(CMSGFunction::GetValue(L"IDS_QMGPS_RESULT_COMBINATION"));
+        made =
+            combineResults(document.database(), document.results(), document.path().parent_path(), *checked,
+                           registerSet, [&](double fraction) { progress_.setFraction(fraction); });
+        progress_.Close();
+    }
+    if (!made) {
+        ErrorOut(framework::fromUtf8(made.error().message));
+        return 0;
+    }
+    for (const std::string& warning : made->warnings)
+        std::fprintf(stderr, "warning: %s\n", warning.c_str());
+    lastCombination_ = std::move(*made);
+    return 1;
+}
+
+int WorkbenchHost::ExecuteCommand(CQMDocBase* doc, const std::wstring& name, const CommandParameters&) {
     if (!doc) return 0;
     auto& document = static_cast<Document&>(*doc);
     if (name == L"Undo") {

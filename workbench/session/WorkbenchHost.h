@@ -2,10 +2,12 @@
 
 #include "host/HostServices.h"
 #include "workbench/results/Catalogue.h"
+#include "workbench/results/CombineResults.h"
 #include "workbench/session/TerminalProgress.h"
 #include "workbench/session/UnitTable.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -47,6 +49,9 @@ class WorkbenchHost final : public IHostServices {
     int BeginTransaction(CQMDocBase& doc, const std::wstring& title) override;
     int CommitTransaction(CQMDocBase& doc) override;
     void RollbackTransaction(CQMDocBase& doc) override;
+    /// Answers with the messages of combineResults in the error output; what was left out is a warning.
+    int GenerateSubCombResult(CQMDocBase& doc, CQMViewBase* view, const T_COMB_ENVL_RESULT_D& request,
+                              bool registerSet) override;
     /// Knows "Save" and "Undo".
     int ExecuteCommand(CQMDocBase* doc, const std::wstring& name, const CommandParameters& params) override;
 
@@ -63,12 +68,16 @@ class WorkbenchHost final : public IHostServices {
     /// Errors reported so far, in order, as UTF-8.
     const std::vector<std::string>& errors() const { return errors_; }
 
+    /// What the last combination of results made; nothing when it failed.
+    const std::optional<CombinationReport>& lastCombination() const { return lastCombination_; }
+
   private:
     SessionOptions options_;
     TerminalProgress progress_;
     std::vector<UnitSystem> systems_;
     int current_ = 0;
     std::vector<std::string> errors_;
+    std::optional<CombinationReport> lastCombination_;
     IHostServices* previous_;
 };
 
