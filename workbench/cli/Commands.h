@@ -40,6 +40,7 @@ std::unique_ptr<Command> makeInfoCommand(CLI::App& app);
 std::unique_ptr<Command> makeTableCommand(CLI::App& app);
 std::unique_ptr<Command> makeFatigueCommand(CLI::App& app);
 std::unique_ptr<Command> makePictureCommand(CLI::App& app);
+std::unique_ptr<Command> makeCombineCommand(CLI::App& app);
 std::unique_ptr<Command> makeCheckCommand(CLI::App& app);
 
 } // namespace workbench::cli

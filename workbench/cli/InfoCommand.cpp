@@ -55,6 +55,8 @@ json results(ResultTree& tree, Language language) {
                             {"name", utf8(analysis->GetName())},
                             {"file", utf8(analysis->GetResultFilePath())},
                             {"cases", cases}});
+        if (const auto sources = tree.sourcesOf(analysis->GetKey()); !sources.empty())
+            analyses.back()["sources"] = sources;
     }
     return analyses;
 }
@@ -109,13 +111,19 @@ void print(const json& info) {
     for (const json& analysis : info["results"]) {
         std::printf("\nAnalysis \"%s\"  %s\n", analysis["name"].get<std::string>().c_str(),
                     analysis["cases"].empty() ? "no results" : analysis["file"].get<std::string>().c_str());
+        if (analysis.contains("sources")) {
+            std::printf("  Sources\n");
+            std::size_t number = 0;
+            for (const json& source : analysis["sources"])
+                std::printf("    %4zu  %s\n", ++number, source.get<std::string>().c_str());
+        }
         for (const json& resultCase : analysis["cases"]) {
             std::printf("  Case \"%s\"\n", resultCase["name"].get<std::string>().c_str());
             for (const json& step : resultCase["steps"]) {
                 std::printf("    Step \"%s\"  value %g\n", step["name"].get<std::string>().c_str(),
                             step["value"].get<double>());
                 for (const json& component : step["components"])
-                    std::printf("      %6u  %s\n", component["id"].get<unsigned>(),
+                    std::printf("      %7u  %s\n", component["id"].get<unsigned>(),
                                 component["name"].get<std::string>().c_str());
             }
         }

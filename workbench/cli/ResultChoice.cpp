@@ -126,11 +126,16 @@ Result<unsigned> componentOf(CPOHVCase& step, const std::string& text) {
     std::vector<unsigned> matches;
     std::vector<std::string> names;
     std::string known, several;
+    const bool wantsGoverning = std::ranges::any_of(words, [](const std::string& word) {
+        return word.starts_with("GOVERN") || word.starts_with("지배");
+    });
     for (const unsigned id : step.GetResultIds()) {
         const std::string listed =
             " " + std::to_string(id) + " (" + componentName(id, Language::English) + ")";
         known += listed;
         if (sourceOfAlias(id) != 0) continue; // the same values by another number
+        // Their names hold the words of the components that they belong to.
+        if (governedBy(id) != 0 && !wantsGoverning) continue;
         for (const Language language : {Language::English, Language::Korean}) {
             const std::string name = componentName(id, language);
             if (equalIgnoringCase(name, text)) return id;

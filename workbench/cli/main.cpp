@@ -50,9 +50,9 @@ int run(int argc, char** argv) {
     CommonOptions common;
     addCommonOptions(app, common);
 
-    std::unique_ptr<Command> commands[] = {makeNewCommand(app),     makeInfoCommand(app),
-                                           makeTableCommand(app),   makeFatigueCommand(app),
-                                           makePictureCommand(app), makeCheckCommand(app)};
+    std::unique_ptr<Command> commands[] = {
+        makeNewCommand(app),     makeInfoCommand(app),    makeTableCommand(app), makeFatigueCommand(app),
+        makePictureCommand(app), makeCombineCommand(app), makeCheckCommand(app)};
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -28,6 +28,9 @@ std::vector<fs::path> filesIn(const fs::path& folder, Wanted wanted) {
     return found;
 }
 
+/// What names of combined results begin with.
+constexpr const char* kCombined = "_RCB_";
+
 bool startsWith(const fs::path& name, const std::string& start) {
     return name.filename().string().starts_with(start);
 }
@@ -58,7 +61,7 @@ FolderReferences referencesIn(const fs::path& folder, const fs::path& except) {
 std::vector<fs::path> resultFilesBeside(const fs::path& document) {
     const std::string start = document.stem().string() + "_";
     return filesIn(folderOf(document), [&](const fs::path& path) {
-        return path.extension() == ".lmop" && startsWith(path, start);
+        return path.extension() == ".lmop" && (startsWith(path, start) || startsWith(path, kCombined));
     });
 }
 
@@ -66,7 +69,8 @@ std::vector<fs::path> temporaryFilesBeside(const fs::path& document) {
     const std::string stem = document.stem().string();
     const std::string name = document.filename().string();
     return filesIn(folderOf(document), [&](const fs::path& path) {
-        return isTemporaryName(path) && (startsWith(path, name) || startsWith(path, stem + "_"));
+        return isTemporaryName(path) &&
+               (startsWith(path, name) || startsWith(path, stem + "_") || startsWith(path, kCombined));
     });
 }
 

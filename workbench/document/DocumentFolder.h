@@ -19,11 +19,11 @@ struct FolderReferences {
 /// Reads all documents (.wkm) in a folder but `except`.
 FolderReferences referencesIn(const std::filesystem::path& folder, const std::filesystem::path& except = {});
 
-/// Result files in the document's folder whose names the programs make from the document's name: "a_X.lmop"
-/// beside "a.wkm". In order of their names.
+/// Result files in the document's folder whose names the programs make from the document's name, "a_X.lmop"
+/// beside "a.wkm", or give to combined results, "_RCB_X.lmop". In order of their names.
 std::vector<std::filesystem::path> resultFilesBeside(const std::filesystem::path& document);
 
-/// Temporary files beside a document that were to become it or one of its result files. In order of names.
+/// Temporary files beside a document that were to become it or one of those result files. In order of names.
 std::vector<std::filesystem::path> temporaryFilesBeside(const std::filesystem::path& document);
 
 /// A registered path as it is found on the disk; `folder` is the document's.
