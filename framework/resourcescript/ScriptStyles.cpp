@@ -1,0 +1,140 @@
+#include "framework/resourcescript/ScriptTokens.h"
+#include "framework/windows/WindowMessages.h"
+#include "framework/windows/WindowStyles.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace framework {
+namespace {
+
+#define STYLE_(name)                                                                                         \
+    { L## #name, name }
+
+// Styles by name, and the ids of the usual buttons.
+constexpr NamedStyle kStyles[] = {
+    STYLE_(WS_OVERLAPPED),
+    STYLE_(WS_POPUP),
+    STYLE_(WS_CHILD),
+    STYLE_(WS_MINIMIZE),
+    STYLE_(WS_VISIBLE),
+    STYLE_(WS_DISABLED),
+    STYLE_(WS_CLIPSIBLINGS),
+    STYLE_(WS_CLIPCHILDREN),
+    STYLE_(WS_BORDER),
+    STYLE_(WS_DLGFRAME),
+    STYLE_(WS_CAPTION),
+    STYLE_(WS_VSCROLL),
+    STYLE_(WS_HSCROLL),
+    STYLE_(WS_SYSMENU),
+    STYLE_(WS_THICKFRAME),
+    STYLE_(WS_GROUP),
+    STYLE_(WS_TABSTOP),
+    STYLE_(WS_MINIMIZEBOX),
+    STYLE_(WS_MAXIMIZEBOX),
+    STYLE_(WS_EX_DLGMODALFRAME),
+    STYLE_(WS_EX_CLIENTEDGE),
+    STYLE_(WS_EX_STATICEDGE),
+    STYLE_(WS_EX_CONTROLPARENT),
+    STYLE_(WS_EX_TOOLWINDOW),
+    STYLE_(WS_EX_TRANSPARENT),
+    STYLE_(WS_EX_APPWINDOW),
+    STYLE_(DS_SETFONT),
+    STYLE_(DS_MODALFRAME),
+    STYLE_(DS_FIXEDSYS),
+    STYLE_(DS_SHELLFONT),
+    STYLE_(DS_CONTROL),
+    STYLE_(DS_CENTER),
+    STYLE_(SS_LEFT),
+    STYLE_(SS_CENTER),
+    STYLE_(SS_RIGHT),
+    STYLE_(SS_BLACKFRAME),
+    STYLE_(SS_SIMPLE),
+    STYLE_(SS_LEFTNOWORDWRAP),
+    STYLE_(SS_ETCHEDHORZ),
+    STYLE_(SS_ETCHEDFRAME),
+    STYLE_(SS_NOPREFIX),
+    STYLE_(SS_NOTIFY),
+    STYLE_(SS_CENTERIMAGE),
+    STYLE_(SS_SUNKEN),
+    STYLE_(BS_PUSHBUTTON),
+    STYLE_(BS_DEFPUSHBUTTON),
+    STYLE_(BS_CHECKBOX),
+    STYLE_(BS_AUTOCHECKBOX),
+    STYLE_(BS_RADIOBUTTON),
+    STYLE_(BS_3STATE),
+    STYLE_(BS_AUTO3STATE),
+    STYLE_(BS_GROUPBOX),
+    STYLE_(BS_AUTORADIOBUTTON),
+    STYLE_(BS_OWNERDRAW),
+    STYLE_(BS_TYPEMASK),
+    STYLE_(BS_LEFTTEXT),
+    STYLE_(BS_PUSHLIKE),
+    STYLE_(BS_MULTILINE),
+    STYLE_(BS_NOTIFY),
+    STYLE_(ES_LEFT),
+    STYLE_(ES_CENTER),
+    STYLE_(ES_RIGHT),
+    STYLE_(ES_MULTILINE),
+    STYLE_(ES_AUTOVSCROLL),
+    STYLE_(ES_AUTOHSCROLL),
+    STYLE_(ES_NOHIDESEL),
+    STYLE_(ES_READONLY),
+    STYLE_(ES_WANTRETURN),
+    STYLE_(ES_NUMBER),
+    STYLE_(CBS_SIMPLE),
+    STYLE_(CBS_DROPDOWN),
+    STYLE_(CBS_DROPDOWNLIST),
+    STYLE_(CBS_AUTOHSCROLL),
+    STYLE_(CBS_SORT),
+    STYLE_(CBS_HASSTRINGS),
+    STYLE_(CBS_NOINTEGRALHEIGHT),
+    STYLE_(LBS_NOTIFY),
+    STYLE_(LBS_SORT),
+    STYLE_(LBS_MULTIPLESEL),
+    STYLE_(LBS_OWNERDRAWFIXED),
+    STYLE_(LBS_OWNERDRAWVARIABLE),
+    STYLE_(LBS_HASSTRINGS),
+    STYLE_(LBS_NOINTEGRALHEIGHT),
+    STYLE_(LBS_EXTENDEDSEL),
+    STYLE_(LBS_NOSEL),
+    STYLE_(LVS_REPORT),
+    STYLE_(LVS_SINGLESEL),
+    STYLE_(LVS_SHOWSELALWAYS),
+    STYLE_(LVS_NOCOLUMNHEADER),
+    STYLE_(LVS_NOSORTHEADER),
+    STYLE_(LVS_EX_GRIDLINES),
+    STYLE_(LVS_EX_CHECKBOXES),
+    STYLE_(LVS_EX_FULLROWSELECT),
+    STYLE_(TCS_TABS),
+    STYLE_(TCS_MULTILINE),
+    STYLE_(TCS_FOCUSNEVER),
+    STYLE_(UDS_WRAP),
+    STYLE_(UDS_SETBUDDYINT),
+    STYLE_(UDS_ALIGNRIGHT),
+    STYLE_(UDS_ALIGNLEFT),
+    STYLE_(UDS_AUTOBUDDY),
+    STYLE_(UDS_ARROWKEYS),
+    STYLE_(UDS_HORZ),
+    STYLE_(UDS_NOTHOUSANDS),
+    STYLE_(IDOK),
+    STYLE_(IDCANCEL),
+    STYLE_(IDABORT),
+    STYLE_(IDRETRY),
+    STYLE_(IDIGNORE),
+    STYLE_(IDYES),
+    STYLE_(IDNO),
+    STYLE_(IDC_STATIC),
+};
+
+#undef STYLE_
+
+} // namespace
+
+const NamedStyle* findStyle(std::wstring_view name) {
+    const auto* found = std::find_if(std::begin(kStyles), std::end(kStyles),
+                                     [&](const NamedStyle& style) { return name == style.name; });
+    return found == std::end(kStyles) ? nullptr : found;
+}
+
+} // namespace framework
