@@ -61,7 +61,11 @@ std::optional<std::vector<std::wstring>> wordsOf(std::wstring_view line) {
     while (true) {
         while (i < line.size() && isBlank(line[i]))
             ++i;
-        if (i == line.size() || line[i] == L'#') return words;
+        // "#2" names an item; any other "#" begins a comment.
+        const bool comment =
+            i < line.size() && line[i] == L'#' &&
+            (words.empty() || i + 1 == line.size() || line[i + 1] < L'-' || line[i + 1] > L'9');
+        if (i == line.size() || comment) return words;
         std::wstring word;
         if (line[i] != L'"') {
             while (i < line.size() && !isBlank(line[i]))

@@ -172,6 +172,7 @@ INT_PTR CDialog::DoModal() {
     if (m_hWnd) return -1;
     CWnd* parent = m_pParentWnd ? m_pParentWnd : AfxGetMainWnd();
     CWnd* main = AfxGetMainWnd();
+    const HWND before = ::GetActiveWindow();
     m_nModalResult = -1;
     m_bModal = true;
     DisabledWindows others;
@@ -185,6 +186,9 @@ INT_PTR CDialog::DoModal() {
         others.enable();
         ::DestroyWindow(dialog);
     }
+    // A dialog that was destroyed under its loop had nobody to hand the activation to.
+    others.enable();
+    if (!::GetActiveWindow() && ::IsWindowVisible(before)) ::SetActiveWindow(before);
     m_bModal = false;
     return m_nModalResult;
 }
