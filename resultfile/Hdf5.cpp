@@ -116,6 +116,8 @@ Handle datasetCreation() {
     H5Pset_obj_track_times(creation.get(), false);
     H5Pset_layout(creation.get(), H5D_CONTIGUOUS);
     H5Pset_fill_time(creation.get(), H5D_FILL_TIME_NEVER);
+    // The place in the file is settled here, not by who writes first.
+    H5Pset_alloc_time(creation.get(), H5D_ALLOC_TIME_EARLY);
     return creation;
 }
 

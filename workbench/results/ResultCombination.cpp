@@ -6,16 +6,25 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
+#include <barrier>
 #include <cmath>
 #include <optional>
+#include <thread>
 
 namespace workbench {
 namespace {
 
 using resultfile::Location;
 
-/// Values that are worked on at once: all blocks of a tensor stay in the cache.
-constexpr std::size_t kBlock = 16 * 1024;
+/// Values that are worked on at once, few enough to stay in the cache.
+constexpr std::size_t kBlock = 32 * 1024;
+/// Components that are open at once: those of a tensor.
+constexpr std::size_t kWave = 6;
+constexpr unsigned kMostThreads = 4; ///< the disk is the limit soon
+
+/// Values below which a second thread costs more than it brings.
+constexpr std::uint64_t kWorthThreads = 500000;
 
 constexpr std::size_t kNamed = 4; ///< components that a warning names
 
@@ -47,14 +56,44 @@ std::string listed(const std::vector<unsigned>& ids) {
     return ids.size() > kNamed ? text + " and " + std::to_string(ids.size() - kNamed) + " more" : text;
 }
 
+/// Runs work(0) here and work(1), work(2), ... beside it.
+template <class Work>
+void runThreads(std::size_t count, Work work) {
+    std::vector<std::jthread> threads;
+    for (std::size_t i = 1; i < count; ++i)
+        threads.emplace_back([&work, i] { work(i); });
+    work(0);
+}
+
+/// `lanes` have `set` and `members`.
+template <class Lanes>
+std::size_t threadsFor(const Lanes& lanes) {
+    std::uint64_t values = 0;
+    for (const auto& lane : lanes)
+        values += lane.set->valueCount * lane.members.size();
+    if (values < kWorthThreads) return 1;
+    return std::min<std::size_t>(
+        {lanes.size(), kMostThreads, std::max(1u, std::thread::hardware_concurrency())});
+}
+
 } // namespace
 
-/// A table that is being written.
-struct ResultCombination::Output {
+/// A component on its way from the members to the writer.
+struct ResultCombination::Lane {
+    unsigned id = 0;
+    const ItemSet* set = nullptr;
+    std::vector<SelectedStream> members;
     resultfile::Writer::Table table;
-    std::vector<float> block;
+    std::optional<resultfile::Writer::Table> governing;
+    /// Two blocks of the result in turn, where another component is formed from them; else empty.
+    std::array<std::vector<float>, 2> blocks;
+};
 
-    Result<void> append(std::size_t count) { return table.append(std::span(block).first(count)); }
+/// What one thread works in.
+struct ResultCombination::Workspace {
+    std::vector<float> values = std::vector<float>(kBlock), passed = values, result = values,
+                       governing = values;
+    std::vector<double> sums = std::vector<double>(kBlock);
 };
 
 ResultCombination::ResultCombination(const T_QM_MESH_D& mesh, CombinationKind kind,
@@ -63,10 +102,7 @@ ResultCombination::ResultCombination(const T_QM_MESH_D& mesh, CombinationKind ki
     , kind_(kind)
     , writer_(writer)
     , itemPrefix_(std::move(itemPrefix))
-    , items_(mesh)
-    , values_(kBlock)
-    , space_(kBlock)
-    , sums_(kind == CombinationKind::Linear ? kBlock : 0) {}
+    , items_(mesh) {}
 
 void ResultCombination::warn(const std::string& reason, unsigned id) {
     if (!warned_.insert(id).second) return;
@@ -199,13 +235,11 @@ Result<std::string> ResultCombination::listName(const ItemSet* set) {
     return known->second;
 }
 
-Result<ResultCombination::Output> ResultCombination::open(unsigned id, const ItemSet* set) {
+Result<resultfile::Writer::Table> ResultCombination::open(unsigned id, const ItemSet* set) {
     const auto list = listName(set);
     if (!list) return list.error();
-    auto table = writer_.openTable(id, set->location, set->valueCount, *list);
-    if (!table) return table.error();
     written_.insert(id);
-    return Output{*table, std::vector<float>(std::min<std::uint64_t>(kBlock, set->valueCount))};
+    return writer_.openTable(id, set->location, set->valueCount, *list);
 }
 
 Result<std::vector<SelectedStream>> ResultCombination::openMembers(const CombinedStep& step, unsigned id,
@@ -228,14 +262,18 @@ double ResultCombination::factorOf(const CombinationMember& member, unsigned id)
     return combiningOf(id) == Combining::Derived ? std::fabs(member.factor) : member.factor;
 }
 
-Result<void> ResultCombination::combineBlock(const CombinedStep& step, unsigned id,
-                                             std::vector<SelectedStream>& streams, std::span<float> result,
-                                             std::span<float> governing) {
-    const auto values = std::span(values_).first(result.size());
-    const auto sums = std::span(sums_).first(kind_ == CombinationKind::Linear ? result.size() : 0);
-    for (std::size_t m = 0; m < streams.size(); ++m) {
-        if (auto read = streams[m].next(values, space_); !read) return read;
-        const double factor = factorOf(step.members[m], id);
+Result<void> ResultCombination::append(resultfile::Writer::Table& table, std::span<const float> values) {
+    const std::scoped_lock lock(writing_);
+    return table.append(values);
+}
+
+Result<void> ResultCombination::combineBlock(const CombinedStep& step, Lane& lane, Workspace& space,
+                                             std::span<float> result, std::span<float> governing) const {
+    const auto values = std::span(space.values).first(result.size());
+    const auto sums = std::span(space.sums).first(result.size());
+    for (std::size_t m = 0; m < lane.members.size(); ++m) {
+        if (auto read = lane.members[m].next(values, space.passed); !read) return read;
+        const double factor = factorOf(step.members[m], lane.id);
         const auto number = static_cast<float>(step.members[m].number);
         if (kind_ == CombinationKind::Linear)
             m == 0 ? kernels::setScaled(sums, values, factor) : kernels::addScaled(sums, values, factor);
@@ -248,64 +286,119 @@ Result<void> ResultCombination::combineBlock(const CombinedStep& step, unsigned 
     return {};
 }
 
-Result<void> ResultCombination::writeGroup(const CombinedStep& step, const Group& group) {
+Result<void> ResultCombination::addLanes(const CombinedStep& step, const Group& group,
+                                         std::vector<Lane>& lanes) {
     const auto common = commonItems(step, group);
     if (!common) return common.error();
     if (!*common) return {};
-    const std::uint64_t count = (*common)->valueCount;
-
-    std::vector<Output> outputs, governing;
-    std::vector<std::vector<SelectedStream>> members;
     for (const unsigned id : group.ids) {
-        auto output = open(id, *common);
-        if (!output) return output.error();
-        outputs.push_back(std::move(*output));
-        auto streams = openMembers(step, id, *common);
-        if (!streams) return streams.error();
-        members.push_back(std::move(*streams));
+        auto table = open(id, *common);
+        if (!table) return table.error();
+        auto members = openMembers(step, id, *common);
+        if (!members) return members.error();
+        lanes.push_back({id, *common, std::move(*members), *table, {}, {}});
+        if (group.derived) lanes.back().blocks.fill(std::vector<float>(kBlock));
         if (kind_ == CombinationKind::Linear || governingItemOf(id) == 0) continue;
-        output = open(governingItemOf(id), *common);
-        if (!output) return output.error();
-        governing.push_back(std::move(*output));
+        table = open(governingItemOf(id), *common);
+        if (!table) return table.error();
+        lanes.back().governing = *table;
     }
-    std::optional<Output> derived;
-    if (group.derived) {
-        auto output = open(group.derived->id, *common);
-        if (!output) return output.error();
-        derived = std::move(*output);
-    }
+    return {};
+}
 
-    std::vector<float> unnamed(governing.empty() ? std::min<std::uint64_t>(kBlock, count) : 0);
-    for (std::uint64_t first = 0; first < count; first += kBlock) {
-        const std::size_t size = std::min<std::uint64_t>(kBlock, count - first);
-        for (std::size_t c = 0; c < outputs.size(); ++c) {
-            const auto numbers = std::span(governing.empty() ? unnamed : governing[c].block).first(size);
-            const auto result = std::span(outputs[c].block).first(size);
-            if (auto done = combineBlock(step, group.ids[c], members[c], result, numbers); !done) return done;
-            if (auto done = outputs[c].append(size); !done) return done;
-        }
-        for (Output& output : governing)
-            if (auto done = output.append(size); !done) return done;
-        if (!derived) continue;
+Result<void> ResultCombination::writeLane(const CombinedStep& step, Lane& lane, Workspace& space) {
+    for (std::uint64_t first = 0; first < lane.set->valueCount; first += kBlock) {
+        const std::size_t size = std::min<std::uint64_t>(kBlock, lane.set->valueCount - first);
+        const auto result = std::span(space.result).first(size);
+        const auto governing = std::span(space.governing).first(size);
+        if (auto done = combineBlock(step, lane, space, result, governing); !done) return done;
+        if (auto done = append(lane.table, result); !done) return done;
+        if (lane.governing)
+            if (auto done = append(*lane.governing, governing); !done) return done;
+    }
+    for (SelectedStream& member : lane.members)
+        if (auto done = member.finish(space.passed); !done) return done;
+    return {};
+}
+
+/// Components that nothing is formed from: each thread takes the next one.
+Result<void> ResultCombination::writeComponents(const CombinedStep& step, std::span<const Group> groups) {
+    std::vector<Lane> lanes;
+    for (const Group& group : groups)
+        if (auto added = addLanes(step, group, lanes); !added) return added;
+    std::atomic<std::size_t> next = 0;
+    std::vector<Result<void>> outcomes(lanes.size());
+    runThreads(threadsFor(lanes), [&](std::size_t) {
+        Workspace space;
+        for (std::size_t i; (i = next++) < lanes.size();)
+            if (outcomes[i] = writeLane(step, lanes[i], space); !outcomes[i]) next = lanes.size();
+    });
+    for (Result<void>& outcome : outcomes)
+        if (!outcome) return outcome;
+    return {};
+}
+
+/// A vector or tensor: the threads share its components and meet after each block. Then the first one forms
+/// the derived component of that block while the others are in the next.
+Result<void> ResultCombination::writeDerived(const CombinedStep& step, const Group& group) {
+    std::vector<Lane> lanes;
+    if (auto added = addLanes(step, group, lanes); !added || lanes.empty()) return added;
+    const ItemSet* const set = lanes.front().set;
+    auto table = open(group.derived->id, set);
+    if (!table) return table.error();
+    const std::size_t threads = threadsFor(lanes);
+    std::vector<Result<void>> outcomes(threads);
+    std::barrier meeting(static_cast<std::ptrdiff_t>(threads));
+    const auto derive = [&](std::size_t turn, std::span<float> derived) {
         std::array<std::span<const float>, 6> sources;
         std::size_t next = 0;
         for (std::size_t s = 0; s < group.derived->sources.size(); ++s)
-            if (group.derived->sources[s] != 0) sources[s] = std::span(outputs[next++].block).first(size);
-        kernels::derive(std::span(derived->block).first(size), group.derived->measure, sources);
-        if (auto done = derived->append(size); !done) return done;
-    }
-    for (auto& streams : members)
-        for (SelectedStream& stream : streams)
-            if (auto done = stream.finish(space_); !done) return done;
+            if (group.derived->sources[s] != 0) sources[s] = lanes[next++].blocks[turn];
+        kernels::derive(derived, group.derived->measure, sources);
+        return append(*table, derived);
+    };
+    const auto work = [&](std::size_t thread) -> Result<void> {
+        Workspace space;
+        for (std::uint64_t first = 0; first < set->valueCount; first += kBlock) {
+            const std::size_t size = std::min<std::uint64_t>(kBlock, set->valueCount - first);
+            const std::size_t turn = first / kBlock % 2;
+            for (std::size_t i = thread; i < lanes.size(); i += threads) {
+                const auto result = std::span(lanes[i].blocks[turn]).first(size);
+                if (auto done = combineBlock(step, lanes[i], space, result, {}); !done) return done;
+                if (auto done = append(lanes[i].table, result); !done) return done;
+            }
+            meeting.arrive_and_wait();
+            if (thread != 0) continue;
+            if (auto done = derive(turn, std::span(space.result).first(size)); !done) return done;
+        }
+        for (std::size_t i = thread; i < lanes.size(); i += threads)
+            for (SelectedStream& member : lanes[i].members)
+                if (auto done = member.finish(space.passed); !done) return done;
+        return {};
+    };
+    runThreads(threads, [&](std::size_t thread) {
+        outcomes[thread] = work(thread);
+        meeting.arrive_and_drop(); // whoever fails does not keep the others waiting
+    });
+    for (Result<void>& outcome : outcomes)
+        if (!outcome) return outcome;
     return {};
 }
 
 Result<void> ResultCombination::write(const CombinedStep& step, const std::function<void(double)>& progress) {
     if (auto begun = writer_.beginStep(step.name, step.value); !begun) return begun;
     const std::vector<Group> groups = groupsOf(step);
-    for (std::size_t g = 0; g < groups.size(); ++g) {
-        if (auto done = writeGroup(step, groups[g]); !done) return done;
-        if (progress) progress(static_cast<double>(g + 1) / static_cast<double>(groups.size()));
+    for (std::size_t first = 0, end = 0; first < groups.size(); first = end) {
+        Result<void> done;
+        if (groups[first].derived) {
+            end = first + 1;
+            done = writeDerived(step, groups[first]);
+        } else {
+            end = std::min(first + kWave, groups.size());
+            done = writeComponents(step, std::span(groups).subspan(first, end - first));
+        }
+        if (!done) return done;
+        if (progress) progress(static_cast<double>(end) / static_cast<double>(groups.size()));
     }
     return {};
 }

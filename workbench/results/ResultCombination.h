@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <map>
+#include <mutex>
 #include <set>
 #include <string>
 #include <vector>
@@ -30,8 +31,10 @@ struct CombinedStep {
     std::vector<CombinationMember> members;
 };
 
-/// Computes combined steps, a block of values at a time: the memory does not grow with tables or members but
-/// for lists of items and some hundred bytes each. The rules are those of docs/combinations.md.
+/// Computes combined steps, a block of values at a time, some components at once on the processors that there
+/// are. Besides blocks and lists of items it keeps the components that a derived one is formed from, whatever
+/// the number of members. Values and file are the same for any number of processors. The rules are those of
+/// docs/combinations.md.
 class ResultCombination {
   public:
     /// The writer has the mesh, and its case has begun. Both must live longer. `itemPrefix` begins the names
@@ -53,19 +56,24 @@ class ResultCombination {
         std::vector<unsigned> ids;
         const DerivedComponent* derived = nullptr;
     };
-    struct Output;
+    struct Lane;
+    struct Workspace;
 
     std::vector<Group> groupsOf(const CombinedStep& step);
     std::vector<unsigned> usable(const CombinedStep& step);
     std::string refusal(const CombinedStep& step, unsigned id) const;
-    Result<void> writeGroup(const CombinedStep& step, const Group& group);
     Result<const ItemSet*> commonItems(const CombinedStep& step, const Group& group);
     Result<std::string> listName(const ItemSet* set);
-    Result<Output> open(unsigned id, const ItemSet* set);
+    Result<resultfile::Writer::Table> open(unsigned id, const ItemSet* set);
     Result<std::vector<SelectedStream>> openMembers(const CombinedStep& step, unsigned id,
                                                     const ItemSet* set);
-    Result<void> combineBlock(const CombinedStep& step, unsigned id, std::vector<SelectedStream>& streams,
-                              std::span<float> result, std::span<float> governing);
+    Result<void> addLanes(const CombinedStep& step, const Group& group, std::vector<Lane>& lanes);
+    Result<void> writeComponents(const CombinedStep& step, std::span<const Group> groups);
+    Result<void> writeLane(const CombinedStep& step, Lane& lane, Workspace& space);
+    Result<void> writeDerived(const CombinedStep& step, const Group& group);
+    Result<void> combineBlock(const CombinedStep& step, Lane& lane, Workspace& space, std::span<float> result,
+                              std::span<float> governing) const;
+    Result<void> append(resultfile::Writer::Table& table, std::span<const float> values);
     double factorOf(const CombinationMember& member, unsigned id) const;
     void warn(const std::string& reason, unsigned id);
 
@@ -78,8 +86,7 @@ class ResultCombination {
     std::set<unsigned> written_;
     std::vector<std::pair<std::string, std::vector<unsigned>>> warnings_; ///< reason and components
     std::set<unsigned> warned_;
-    std::vector<float> values_, space_;
-    std::vector<double> sums_;
+    std::mutex writing_;
 };
 
 } // namespace workbench
