@@ -58,6 +58,7 @@ struct WindowRecord {
     std::size_t selectionBegin = 0; ///< in the text of an edit, the caret at its end
     std::size_t selectionEnd = 0;
     std::size_t textLimit = 30000;
+    bool dropped = false;   ///< the list of a combo box is open
     int droppedWidth = 0;   ///< least width of a dropped-down list, pixels
     UINT extendedStyle = 0; ///< of a list control (LVS_EX_...)
 

@@ -5,6 +5,7 @@
 #include "framework/windows/WinThread.h"
 #include "framework/windows/WindowClasses.h"
 #include "framework/windows/WindowState.h"
+#include "framework/windows/controls/ControlClasses.h"
 #include "framework/windows/desktop/DesktopPort.h"
 #include "framework/windows/dialogs/Navigation.h"
 
@@ -90,7 +91,8 @@ int CWnd::Create(const wchar_t* className, const wchar_t* text, UINT style, cons
 
 int CWnd::CreateEx(UINT exStyle, const wchar_t* className, const wchar_t* text, UINT style, const CRect& rect,
                    CWnd* parent, UINT id) {
-    framework::NewWindow wanted{className, text ? text : L"", style, exStyle, rect, nullptr, id};
+    framework::NewWindow wanted{
+        className ? className : framework::kPlainClass, text ? text : L"", style, exStyle, rect, nullptr, id};
     if (parent) wanted.parent = parent->m_hWnd;
     return framework::createWindow(wanted, this) != nullptr;
 }

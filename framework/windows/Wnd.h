@@ -36,7 +36,7 @@ class CWnd {
     int SubclassDlgItem(UINT id, CWnd* parent);
     HWND UnsubclassWindow() { return Detach(); }
 
-    /// Makes a child window of a registered class.
+    /// Makes a child window of a registered class; null: of the one without anything of its own.
     int Create(const wchar_t* className, const wchar_t* text, UINT style, const CRect& rect, CWnd* parent,
                UINT id);
     /// Makes a window of any style; `parent` is the owner where the style has no WS_CHILD.

@@ -6,6 +6,7 @@
 #include "framework/windows/desktop/DesktopPort.h"
 
 #include <algorithm>
+#include <utility>
 
 using framework::itemAt;
 
@@ -53,6 +54,13 @@ bool chooseItem(HWND combo, int index) {
     return true;
 }
 
+void dropDown(HWND combo, bool open) {
+    auto* record = findWindow(combo);
+    if (!record || std::exchange(record->dropped, open) == open) return;
+    windowChanged(combo, change::kContent);
+    notifyParent(combo, open ? CBN_DROPDOWN : CBN_CLOSEUP);
+}
+
 LRESULT comboProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     auto* record = findWindow(window);
     if (!record) return 0;
@@ -64,6 +72,10 @@ LRESULT comboProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) 
         record->selectionBegin = record->selectionEnd = 0;
         return 1;
     case WM_KEYDOWN:
+        if (record->dropped && (wParam == VK_RETURN || wParam == VK_ESCAPE)) {
+            dropDown(window, false);
+            return 0;
+        }
         if (hasEdit(window) && (wParam == VK_HOME || wParam == VK_END || wParam == VK_DELETE ||
                                 wParam == VK_LEFT || wParam == VK_RIGHT)) {
             typeInEdit(window, editByKey(window, wParam));
@@ -86,12 +98,16 @@ LRESULT comboProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) 
         notifyParent(window, CBN_SETFOCUS);
         return 0;
     case WM_KILLFOCUS:
+        dropDown(window, false);
         notifyParent(window, CBN_KILLFOCUS);
         return 0;
     case WM_LBUTTONDOWN:
         SetFocus(window);
         return 0;
     case WM_GETDLGCODE:
+        if (const auto* key = reinterpret_cast<const MSG*>(lParam);
+            key && record->dropped && (key->wParam == VK_RETURN || key->wParam == VK_ESCAPE))
+            return LRESULT{DLGC_WANTALLKEYS};
         return LRESULT{DLGC_WANTARROWS | DLGC_WANTCHARS} | (hasEdit(window) ? LRESULT{DLGC_HASSETSEL} : 0);
     default:
         return defaultProcedure(window, message, wParam, lParam);
@@ -175,6 +191,15 @@ int CComboBox::FindStringExact(int after, const std::wstring& text) const {
 int CComboBox::SelectString(int after, const std::wstring& text) {
     const int found = FindString(after, text);
     return found == CB_ERR ? CB_ERR : SetCurSel(found);
+}
+
+void CComboBox::ShowDropDown(int show) {
+    framework::dropDown(m_hWnd, show != 0);
+}
+
+int CComboBox::GetDroppedState() const {
+    const auto* record = Record();
+    return record && record->dropped;
 }
 
 int CComboBox::SetDroppedWidth(UINT pixels) {

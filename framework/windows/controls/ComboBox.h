@@ -20,6 +20,8 @@ class CComboBox : public CWnd {
     int FindString(int after, const std::wstring& text) const; ///< one that begins with it
     int FindStringExact(int after, const std::wstring& text) const;
     int SelectString(int after, const std::wstring& text);
+    void ShowDropDown(int show = 1);
+    int GetDroppedState() const;
     int SetDroppedWidth(UINT pixels);
     int GetDroppedWidth() const;
 };
@@ -29,6 +31,8 @@ namespace framework {
 LRESULT comboProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 /// The user chooses an item: notifies when it is another one. False for a bad position.
 bool chooseItem(HWND combo, int index);
+/// Opens or closes the list; notifies (CBN_DROPDOWN, CBN_CLOSEUP) when that is a change.
+void dropDown(HWND combo, bool open);
 bool hasEdit(HWND combo); ///< its text can be typed
 
 } // namespace framework

@@ -29,6 +29,7 @@ std::unique_ptr<CWnd> make() {
 
 std::deque<WindowClass> controlClasses() {
     return {
+        {kPlainClass, defaultProcedure, make<CWnd>, ControlKind::kPlain},
         {L"#32770", dialogProcedure, make<CDialog>, ControlKind::kDialog},
         {L"Static", staticProcedure, make<CStatic>, ControlKind::kStatic},
         {L"Edit", editProcedure, make<CEdit>, ControlKind::kEdit},

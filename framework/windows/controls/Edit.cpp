@@ -2,6 +2,7 @@
 
 #include "framework/windows/WindowClasses.h"
 #include "framework/windows/WindowRecord.h"
+#include "framework/windows/controls/SpinButtonCtrl.h"
 #include "framework/windows/desktop/DesktopPort.h"
 
 #include <algorithm>
@@ -125,7 +126,10 @@ LRESULT editProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         if (editByCharacter(window, static_cast<wchar_t>(wParam))) notifyChange(window);
         return 0;
     case WM_KEYDOWN:
-        if (editByKey(window, wParam)) notifyChange(window);
+        if (wParam == VK_UP || wParam == VK_DOWN)
+            spinBy(spinOfBuddy(window), wParam == VK_UP ? 1 : -1);
+        else if (editByKey(window, wParam))
+            notifyChange(window);
         return 0;
     case EM_SETSEL:
         selectText(window, static_cast<LPARAM>(wParam), lParam);

@@ -68,6 +68,18 @@ bool spinBy(HWND spin, int steps) {
     return true;
 }
 
+HWND spinOfBuddy(HWND edit) {
+    const auto* record = findWindow(edit);
+    const auto* parent = record ? findWindow(record->parent) : nullptr;
+    if (!parent) return nullptr;
+    const auto found = std::find_if(parent->children.begin(), parent->children.end(), [&](HWND sibling) {
+        const auto* spin = findWindow(sibling);
+        return spin->windowClass->kind == ControlKind::kSpin && spin->buddy == edit &&
+               (spin->style & UDS_ARROWKEYS) && !(spin->style & WS_DISABLED);
+    });
+    return found == parent->children.end() ? nullptr : *found;
+}
+
 LRESULT spinProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     auto* record = findWindow(window);
     if (!record) return 0;

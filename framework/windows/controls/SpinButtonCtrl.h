@@ -21,5 +21,7 @@ LRESULT spinProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 /// The user steps up (positive) or down: UDN_DELTAPOS, which may refuse or change the step, then the scroll
 /// messages with this control to its parent.
 bool spinBy(HWND spin, int steps);
+/// The spin button that the arrow keys of an edit step (UDS_ARROWKEYS); null when there is none.
+HWND spinOfBuddy(HWND edit);
 
 } // namespace framework

@@ -1,6 +1,6 @@
 #include "framework/windows/desktop/DesktopPort.h"
 
-#include "framework/windows/WindowRecord.h"
+#include "framework/windows/ObjectAccess.h"
 #include "framework/windows/desktop/ScriptedDesk.h"
 
 #include <utility>
@@ -18,6 +18,12 @@ DesktopPort* setDesktop(DesktopPort* desktop) {
 
 DesktopPort& desktop() {
     return g_desktop ? *g_desktop : scriptedDesk();
+}
+
+bool paintsItself(HWND window) {
+    const auto* record = findWindow(window);
+    return record && record->object && record->routed &&
+           findMessageEntry(ObjectAccess::messageMap(*record->object), WM_PAINT);
 }
 
 void windowChanged(HWND window, unsigned what) {

@@ -49,6 +49,10 @@ DesktopPort& desktop();
 /// Whether a modal dialog has its answer or is gone.
 bool modalLoopEnded(HWND dialog);
 
+/// Whether an object paints this window (its map handles WM_PAINT): a screen shows what is painted and sends
+/// mouse messages, whatever the window's class is.
+bool paintsItself(HWND window);
+
 /// Tells the desktop of a change, unless the window is gone.
 void windowChanged(HWND window, unsigned what);
 

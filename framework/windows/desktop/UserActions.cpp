@@ -55,7 +55,15 @@ bool check(HWND button, bool on) {
 }
 
 bool choose(HWND combo, int index) {
-    return hasItem(combo, index) && approach(combo, ControlKind::kCombo) && chooseItem(combo, index);
+    if (!hasItem(combo, index) || !approach(combo, ControlKind::kCombo)) return false;
+    framework::dropDown(combo, false);
+    return !canUse(combo) || chooseItem(combo, index);
+}
+
+bool dropDown(HWND combo, bool open) {
+    if (!approach(combo, ControlKind::kCombo)) return false;
+    framework::dropDown(combo, open);
+    return true;
 }
 
 bool select(HWND list, const std::vector<int>& indices) {

@@ -18,6 +18,7 @@ bool press(HWND button); ///< a push button, check box or radio button
 bool check(HWND button,
            bool on); ///< a check box: pressed when it is otherwise; a radio button can only be set
 bool choose(HWND combo, int index); ///< an item of a combo box
+bool dropDown(HWND combo, bool open);
 /// Items of a list box or rows of a list control, these and no others; or one tab of a tab control.
 bool select(HWND list, const std::vector<int>& indices);
 bool checkItem(HWND list, int index, bool on); ///< the check box of an item or row

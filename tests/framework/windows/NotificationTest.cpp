@@ -187,6 +187,69 @@ TEST_F(Notifications, SpinButtonsStepWithinTheirRange) {
     EXPECT_EQ(spinner->GetPos(), 100);
 }
 
+TEST_F(Notifications, ArrowsInItsBuddyStepASpinButton) {
+    spinner->SetRange(0, 9);
+    SetFocus(GetDlgItem(dialog.m_hWnd, IDC_COUNT));
+    pressKey(VK_UP);
+    pressKey(VK_UP);
+    pressKey(VK_DOWN);
+    EXPECT_EQ(windowText(GetFocus()), L"1");
+    SetFocus(GetDlgItem(dialog.m_hWnd, IDC_FACTOR)); // has none
+    pressKey(VK_UP);
+    EXPECT_EQ(spinner->GetPos(), 1);
+}
+
+TEST_F(Notifications, AnOpenListTakesEnterAndEscapeFirst) {
+    dialog.take();
+    for (const WPARAM key : {VK_RETURN, VK_ESCAPE}) {
+        user::dropDown(combo->m_hWnd, true);
+        pressKey(key);
+        EXPECT_FALSE(combo->GetDroppedState());
+        EXPECT_TRUE(dialog.IsWindowVisible());
+    }
+    EXPECT_EQ(dialog.take(), "1001:512 1008:3 1008:7 1008:8 1008:7 1008:8");
+    user::dropDown(combo->m_hWnd, true);
+    pressKey(VK_TAB);
+    EXPECT_FALSE(combo->GetDroppedState());
+    pressKey(VK_ESCAPE);
+    EXPECT_FALSE(dialog.IsWindowVisible());
+}
+
+TEST_F(Notifications, EditsByTheirStyle) {
+    const struct {
+        const char* name;
+        UINT style;
+        const wchar_t* className;
+        const wchar_t* expected;
+    } rows[] = {
+        {"one line", ES_AUTOHSCROLL, L"Edit", L"acb"},
+        {"several lines", ES_MULTILINE | ES_WANTRETURN, L"Edit", L"a\r\ncb"},
+        {"read-only", ES_READONLY, L"Edit", L"ab"},
+        {"digits", ES_NUMBER, L"Edit", L"ab"},
+        {"combo box with an edit", CBS_DROPDOWN, L"ComboBox", L"acb"},
+    };
+    for (const auto& row : rows) {
+        CWnd edit;
+        ASSERT_TRUE(
+            edit.Create(row.className, nullptr, WS_VISIBLE | row.style, CRect(0, 0, 50, 20), &dialog, 2000));
+        edit.SetWindowText(L"ab");
+        SetFocus(edit.m_hWnd);
+        pressKey(VK_HOME);
+        pressKey(VK_RIGHT);
+        pressKey(VK_RETURN);
+        if (!IsWindowVisible(dialog.m_hWnd)) dialog.ShowWindow(SW_SHOW); // Enter was OK
+        typeCharacter(L'c');
+        EXPECT_EQ(windowText(edit.m_hWnd), row.expected) << row.name;
+        pressKey(VK_LEFT, MK_SHIFT);
+        pressKey(VK_BACK);
+        pressKey(VK_DELETE);
+        if (row.style == ES_AUTOHSCROLL) {
+            EXPECT_EQ(windowText(edit.m_hWnd), L"a");
+        }
+        edit.DestroyWindow();
+    }
+}
+
 TEST_F(Notifications, BadPositionsAreAnsweredAsErrors) {
     std::wstring text;
     for (const int bad : {-2, -1, 3, 1000000}) {
@@ -281,6 +344,8 @@ TEST_F(Notifications, SubclassingKeepsTheRecord) {
         typeCharacter(c);
     EXPECT_EQ(windowText(edit.m_hWnd), L"kepty");
 
+    EXPECT_TRUE(paintsItself(graph.m_hWnd));
+    EXPECT_FALSE(paintsItself(edit.m_hWnd));
     graph.painted = 0;
     graph.Invalidate();
     graph.Invalidate();
