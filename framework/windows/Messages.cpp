@@ -65,7 +65,9 @@ std::optional<LRESULT> deliver(HWND window, UINT message, WPARAM wParam, LPARAM 
 void pumpMessages() {
     auto& state = windowState();
     if (state.depth == 0) releaseTemporaries();
-    while (!state.posted.empty()) {
+    // A handler that posts to itself again and again must not keep the caller from going on.
+    constexpr int kMost = 10000;
+    for (int count = 0; count < kMost && !state.posted.empty(); ++count) {
         const MSG next = state.posted.front();
         state.posted.pop_front();
         SendMessage(next.hwnd, next.message, next.wParam, next.lParam);

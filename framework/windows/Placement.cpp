@@ -151,11 +151,12 @@ int ValidateRect(HWND window, const CRect* rect) {
 }
 
 int UpdateWindow(HWND window) {
-    const auto* record = findWindow(window);
+    auto* record = findWindow(window);
     if (!record) return 0;
     if (record->invalid.IsRectEmpty() || !IsWindowVisible(window)) return 1;
+    record->painting = std::exchange(record->invalid, CRect());
+    record->erasePainting = std::exchange(record->eraseInvalid, false);
     SendMessage(window, WM_PAINT);
-    // A handler that neither asks for a paint context nor for Default must not keep the loop busy.
-    ValidateRect(window, nullptr);
+    if (findWindow(window)) record->painting.SetRectEmpty();
     return 1;
 }

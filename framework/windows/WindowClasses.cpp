@@ -55,9 +55,6 @@ LRESULT defaultProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam
     case WM_CLOSE:
         DestroyWindow(window);
         return 0;
-    case WM_PAINT:
-        ValidateRect(window, nullptr);
-        return 0;
     case WM_ACTIVATE:
         if (wParam != WA_INACTIVE && !holdsFocus(window)) SetFocus(window);
         return 0;

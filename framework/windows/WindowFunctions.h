@@ -77,7 +77,8 @@ struct NewWindow {
 HWND createWindow(const NewWindow& wanted, CWnd* object, bool incomplete = false);
 void completeCreation(HWND window);
 
-/// Dispatches all posted messages, those included that handlers post meanwhile, then paints what is invalid.
+/// /// Dispatches the posted messages, those included that handlers post meanwhile (10,000 at most, the
+/// others wait for the next call), then paints what is invalid.
 void pumpMessages();
 
 /// Window without a parent that holds `window`.

@@ -70,6 +70,8 @@ struct WindowRecord {
 
     CRect invalid; ///< what is to be painted, in client coordinates
     bool eraseInvalid = false;
+    CRect painting; ///< what is being painted, while WM_PAINT is handled; what becomes invalid then waits
+    bool erasePainting = false;
 };
 
 /// Null for null and for the handle of a window that is gone.

@@ -167,11 +167,12 @@ int CWnd::SetWindowPos(const CWnd*, int x, int y, int width, int height, UINT fl
     if (!record) return 0;
     const HWND window = m_hWnd;
     const CPoint corner = flags & SWP_NOMOVE ? record->rect.TopLeft() : CPoint(x, y);
+    const bool raise = !record->parent && !(flags & (SWP_NOZORDER | SWP_NOACTIVATE));
     const CSize size = flags & SWP_NOSIZE ? record->rect.Size() : CSize(width, height);
     ::MoveWindow(window, CRect(corner, size));
     if (flags & SWP_HIDEWINDOW) ::ShowWindow(window, SW_HIDE);
     if (flags & SWP_SHOWWINDOW) ::ShowWindow(window, flags & SWP_NOACTIVATE ? SW_SHOWNA : SW_SHOW);
-    if (!(flags & (SWP_NOZORDER | SWP_NOACTIVATE)) && ::IsWindowVisible(window)) ::BringWindowToTop(window);
+    if (raise && ::IsWindowVisible(window)) ::BringWindowToTop(window);
     return 1;
 }
 

@@ -77,7 +77,7 @@ class CWnd {
     void GetClientRect(CRect* rect) const { ::GetClientRect(m_hWnd, rect); }
     void MoveWindow(const CRect& rect, int repaint = 1);
     void MoveWindow(int x, int y, int width, int height, int repaint = 1);
-    /// `insertAfter` is not looked at: without SWP_NOZORDER the window comes to the top.
+    /// `insertAfter` is not looked at: without SWP_NOZORDER a top-level window comes to the top.
     int SetWindowPos(const CWnd* insertAfter, int x, int y, int width, int height, UINT flags);
     void ClientToScreen(CPoint* point) const { ::ClientToScreen(m_hWnd, point); }
     void ClientToScreen(CRect* rect) const;

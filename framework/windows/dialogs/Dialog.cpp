@@ -153,7 +153,8 @@ int CDialog::CreateFromTemplate(UINT templateId, CWnd* parent) {
     if (!dialog) return 0;
     bool alive = makeControls(dialog, *resource);
     if (alive) {
-        if (resource->style & DS_CENTER) CenterWindow();
+        const bool unplaced = m_bModal && resource->rect.TopLeft() == CPoint();
+        if (unplaced || (resource->style & DS_CENTER)) CenterWindow();
         const HWND first = framework::nextTabItem(dialog, nullptr, false);
         const auto focus = framework::deliver(dialog, WM_INITDIALOG, reinterpret_cast<WPARAM>(first), 0);
         auto* record = findWindow(dialog);

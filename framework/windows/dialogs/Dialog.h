@@ -19,7 +19,8 @@ class CDialog : public CWnd {
     /// owner. Zero when there is no such template, a control cannot be made, or OnInitDialog throws or
     /// destroys the window: the object then has no window, and its PostNcDestroy has not run.
     int Create(UINT templateId, CWnd* parent = nullptr);
-    /// Shows the dialog, with its owner and the main window disabled, until EndDialog. Its answer; -1 when
+    /// Shows the dialog, with its owner and the main window disabled, until EndDialog. A dialog whose
+    /// template stands at 0, 0 is centred. Its answer; -1 when
     /// the window could not be made or was destroyed without one.
     virtual INT_PTR DoModal();
     void EndDialog(int result); ///< a modeless dialog is hidden

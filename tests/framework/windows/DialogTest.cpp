@@ -270,6 +270,7 @@ class Messages : public CDialog {
   public:
     std::vector<std::string> log;
     static UINT registered;
+    bool endless = false;
 
   protected:
     void OnSize(UINT, int width, int height) {
@@ -277,7 +278,7 @@ class Messages : public CDialog {
     }
     LRESULT OnUser(WPARAM w, LPARAM l) {
         log.push_back("user " + std::to_string(w) + " " + std::to_string(l));
-        if (w == 1) PostMessage(WM_USER + 7, 2, -5);
+        if (w == 1) PostMessage(WM_USER + 7, endless ? 1 : 2, -5);
         return 42;
     }
     LRESULT OnRegistered(WPARAM, LPARAM) { return 43; }
@@ -303,6 +304,10 @@ TEST_F(Modal, MessagesAreSentPostedAndRegistered) {
     dialog.MoveWindow(5, 5, 30, 40); // moved, of the same size
     EXPECT_EQ(joined(dialog.log), "user 1 0 user 2 -5 size 30x40");
     EXPECT_EQ(dialog.SendMessage(WM_USER + 7), 42);
+    dialog.endless = true;
+    dialog.PostMessage(WM_USER + 7, 1, 0);
+    pumpMessages(); // comes back
+    EXPECT_GT(dialog.log.size(), 1000u);
 }
 
 } // namespace

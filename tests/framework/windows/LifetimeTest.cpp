@@ -89,6 +89,7 @@ TEST_F(Lifetime, FailedCreationHasNoPostDestroyAndIsDeletedOnce) {
         {"throw a number", "init", IDD_CONTROLS, true},
         {"destroy", "init", IDD_CONTROLS, false},
         {"destroy", "exchange", IDD_CONTROLS, false},
+        {"destroy", "show", IDD_EMPTY, false},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(std::string(row.trouble) + " at " + row.at);

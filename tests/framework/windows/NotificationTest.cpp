@@ -300,7 +300,9 @@ class Placeholder : public CWnd {
     CPoint pressed;
 
   protected:
-    void OnPaint() { ++painted; }
+    void OnPaint() {
+        if (++painted % 2) Invalidate(); // once more
+    }
     void OnLButtonDown(UINT, CPoint point) {
         pressed = point;
         Default();
@@ -350,8 +352,10 @@ TEST_F(Notifications, SubclassingKeepsTheRecord) {
     graph.Invalidate();
     graph.Invalidate();
     pumpMessages();
-    pumpMessages();
     EXPECT_EQ(graph.painted, 1);
+    pumpMessages();
+    pumpMessages();
+    EXPECT_EQ(graph.painted, 2);
     EXPECT_TRUE(user::mouse(graph.m_hWnd, WM_LBUTTONDOWN, CPoint(-3, 7)));
     EXPECT_EQ(graph.pressed, CPoint(-3, 7));
     edit.UnsubclassWindow();
