@@ -25,6 +25,12 @@ void raise(HWND window) {
     framework::windowChanged(window, framework::change::kOrder);
 }
 
+/// The focus lies in the active window or nowhere, whatever handlers did meanwhile.
+void dropStrayFocus() {
+    const auto& state = windowState();
+    if (state.focus && framework::topLevelOf(state.focus) != state.active) SetFocus(nullptr);
+}
+
 /// Hands the activation over. With `focus` the new window finds a place for the focus itself.
 void activate(HWND window, bool focus) {
     auto& state = windowState();
@@ -38,8 +44,9 @@ void activate(HWND window, bool focus) {
     // An active window that a handler gives the focus to in WM_ACTIVATE keeps it.
     SendMessage(window, WM_ACTIVATE, WA_ACTIVE, reinterpret_cast<LPARAM>(before));
     framework::windowChanged(window, framework::change::kFocus);
-    if (focus && state.active == window && findWindow(window) && !framework::holdsFocus(window))
-        SetFocus(window);
+    if (!focus) return;
+    if (state.active == window && findWindow(window) && !framework::holdsFocus(window)) SetFocus(window);
+    dropStrayFocus();
 }
 
 /// The window to go on with when `window` goes: its owner, or else the topmost one.
@@ -114,7 +121,10 @@ HWND SetFocus(HWND window) {
     if (window && !framework::isEnabledWithParents(window)) return nullptr;
     if (window) {
         activate(framework::topLevelOf(window), false);
-        if (!findWindow(window)) return before;
+        if (!findWindow(window) || state.active != framework::topLevelOf(window)) {
+            dropStrayFocus();
+            return before;
+        }
     }
     const HWND left = state.focus;
     if (left == window) return before;
