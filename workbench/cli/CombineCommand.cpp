@@ -127,10 +127,10 @@ class CombineCommand final : public Command {
     int run(WorkbenchHost& host, const CommonOptions& common) override {
         auto document = openForCommand(host, model_, common);
         if (!document) return fail(document.error());
-        // Before the work, so that it is not done in vain.
-        if (const auto reserved = (*document)->reserve(); !reserved) return fail(reserved.error());
         T_COMB_ENVL_RESULT_D request;
         if (const auto filled = fill(**document, request); !filled) return fail(filled.error());
+        // Before the work, so that it is not done in vain.
+        if (const auto reserved = (*document)->reserve(); !reserved) return fail(reserved.error());
         if (!combine(**document, request) || !host.lastCombination())
             return kFailed; // the cause was reported
         const CombinationReport& report = *host.lastCombination();
