@@ -38,4 +38,4 @@
 #define IDC_COMB_ENVELOPE_KIND 1116
 #define IDC_COMB_NAME_LABEL 1117
 #define IDC_COMB_NAME 1118
-#define IDC_COMB_APPLY 1119
+#define ID_APPLY_NOW 0x3021 // the host serves it

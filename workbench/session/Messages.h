@@ -15,10 +15,13 @@ struct Message {
     const char* korean;
 };
 
-/// All texts, ascending by key.
-std::span<const Message> messageTable();
+/// All texts, by subsystem; each table ascends by key.
+std::span<const std::span<const Message>> messageTables();
 
 /// The text of a key; the key itself where there is none.
 std::wstring messageText(std::wstring_view key, Language language);
+
+/// Gives the texts that the exchange of dialog data shows to the framework.
+void translateDataExchange(Language language);
 
 } // namespace workbench

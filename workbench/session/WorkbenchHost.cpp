@@ -39,6 +39,7 @@ WorkbenchHost::WorkbenchHost(SessionOptions options)
     , previous_(RegisterHostServices(this)) {
     if (options_.programFolder.empty()) options_.programFolder = ownFolder();
     IQMProgressBar::m_pInstance = &progress_;
+    translateDataExchange(options_.language);
 }
 
 WorkbenchHost::~WorkbenchHost() {
@@ -70,6 +71,11 @@ int WorkbenchHost::ShowMessageBox(const std::wstring& text, unsigned style) {
     progress_.clearLine();
     std::fprintf(stderr, "%s\n", errors_.back().c_str());
     return style == MessageBox::YesNo ? MessageBox::IdYes : MessageBox::IdOk;
+}
+
+void WorkbenchHost::setLanguage(Language language) {
+    options_.language = language;
+    translateDataExchange(language);
 }
 
 double WorkbenchHost::GetUnitFactor(int kind, int index) const {

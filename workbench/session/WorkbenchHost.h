@@ -56,6 +56,8 @@ class WorkbenchHost final : public IHostServices {
     int ExecuteCommand(CQMDocBase* doc, const std::wstring& name, const CommandParameters& params) override;
 
     Language language() const { return options_.language; }
+    /// From now on texts are in this language; open dialogs are told.
+    void setLanguage(Language language);
     TerminalProgress& progress() { return progress_; }
 
     /// The unit system of the open document's numbers, which becomes the current one too.

@@ -4,7 +4,6 @@
 #include "host/TitleCtrlView.h"
 #include "tests/support/TemporaryFolder.h"
 #include "workbench/session/Document.h"
-#include "workbench/session/Messages.h"
 #include "workbench/session/TerminalProgress.h"
 #include "workbench/session/UnitTable.h"
 #include "workbench/session/WorkbenchHost.h"
@@ -13,10 +12,7 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
 #include <memory>
-#include <regex>
-#include <set>
 #include <string>
 
 namespace {
@@ -53,40 +49,6 @@ TEST(Units, RefusesTextThatIsNoPair) {
     for (const char* text : {"", "kN", "kN,", ",m", "kN;m", "kn,m", "kN,m,s"})
         EXPECT_TRUE(parseUnitSystem(text).force.empty()) << text;
     EXPECT_EQ(parseUnitSystem("kN,m"), (UnitSystem{"kN", "m"}));
-}
-
-TEST(Messages, StandInOrderWithTheSamePlaceholdersInBothLanguages) {
-    const auto table = messageTable();
-    EXPECT_TRUE(std::ranges::is_sorted(table, {}, [](const Message& row) { return std::string(row.key); }));
-    const auto placeholders = [](std::string text) {
-        std::string found;
-        for (std::smatch match; std::regex_search(text, match, std::regex("%[a-z]")); text = match.suffix())
-            found += match.str();
-        return found;
-    };
-    for (const Message& row : table) {
-        EXPECT_EQ(placeholders(row.english), placeholders(row.korean)) << row.key;
-        EXPECT_EQ(messageText(framework::fromUtf8(row.key), Language::Korean),
-                  framework::fromUtf8(row.korean));
-    }
-    EXPECT_EQ(messageText(L"IDS_UNKNOWN", Language::English), L"IDS_UNKNOWN");
-}
-
-TEST(Messages, CoverEveryKeyOfTheModule) {
-    std::set<std::string> missing;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(VEXA_SOURCE_DIR "/module")) {
-        if (entry.path().extension() != ".cpp") continue;
-        std::ifstream file(entry.path());
-        const std::string text{std::istreambuf_iterator<char>(file), {}};
-        const std::regex key("IDS_[A-Z0-9_]+");
-        for (auto it = std::sregex_iterator(text.begin(), text.end(), key); it != std::sregex_iterator();
-             ++it)
-            if (messageText(framework::fromUtf8(it->str()), Language::English) ==
-                framework::fromUtf8(it->str()))
-                missing.insert(it->str());
-    }
-    for (const std::string& key : missing)
-        ADD_FAILURE() << key << " has no text";
 }
 
 TEST(TerminalProgress, PrintsPlainLinesWhenNobodyWatches) {

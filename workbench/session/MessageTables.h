@@ -1,0 +1,12 @@
+#pragma once
+
+#include "workbench/session/Messages.h"
+
+namespace workbench {
+
+// Each ascending by key.
+std::span<const Message> generalMessages(); ///< of several tools, and titles of dialogs
+std::span<const Message> combinationMessages();
+std::span<const Message> fatigueMessages();
+
+} // namespace workbench
