@@ -1,7 +1,10 @@
 #include "base/Checksum.h"
 
-#define XXH_INLINE_ALL
+#define XXH_STATIC_LINKING_ONLY // for the size of the state
 #include <xxhash.h>
+#ifdef __x86_64__
+#include <xxh_x86dispatch.h> // the widest registers that the processor has
+#endif
 
 struct Checksum::State {
     XXH3_state_t xxh;
