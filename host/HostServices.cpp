@@ -1,5 +1,6 @@
 #include "host/HostServices.h"
 
+#include "framework/windows/ErrorOutput.h"
 #include "host/QMCommandObj.h"
 #include "host/QMDocBase.h"
 #include "host/QMPostManager.h"
@@ -18,6 +19,9 @@ IHostServices* RegisterHostServices(IHostServices* services) {
     IHostServices* previous = g_services;
     g_services = services;
     g_waitDepth = 0;
+    framework::setErrorOutput({});
+    if (services)
+        framework::setErrorOutput([services](const std::wstring& text) { services->ErrorOut(text); });
     return previous;
 }
 

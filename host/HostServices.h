@@ -57,7 +57,8 @@ class IHostServices {
                                const CommandParameters& params) = 0;
 };
 
-/// Registers the host for this process (null takes it away). The host answers the previous one.
+/// Registers the host for this process (null takes it away) and answers the previous one. Its error output
+/// also gets the causes that no message handler handled.
 IHostServices* RegisterHostServices(IHostServices* services);
 
 /// The registered host; throws std::logic_error when there is none.

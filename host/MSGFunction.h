@@ -1,5 +1,7 @@
 #pragma once
 
+#include "framework/windows/WindowMessages.h"
+
 #include <string>
 #include <string_view>
 
@@ -13,16 +15,5 @@ class CMSGFunction {
 /// Reports an error in the host's output pane.
 void qmMsgOutError(const std::wstring& text);
 
-/// Styles and answers of message boxes.
-namespace MessageBox {
-inline constexpr unsigned Ok = 0;
-inline constexpr unsigned OkCancel = 1;
-inline constexpr unsigned YesNo = 4;
-inline constexpr int IdOk = 1;
-inline constexpr int IdCancel = 2;
-inline constexpr int IdYes = 6;
-inline constexpr int IdNo = 7;
-} // namespace MessageBox
-
-/// Shows a message box and answers the button that closed it.
-int AfxMessageBox(const std::wstring& text, unsigned style = MessageBox::Ok);
+/// Shows a message box (MB_...) and answers the button that closed it (IDOK, ...).
+int AfxMessageBox(const std::wstring& text, unsigned style = MB_OK);

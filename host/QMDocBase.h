@@ -1,8 +1,10 @@
 #pragma once
 
+#include "framework/windows/Wnd.h"
 #include "host/POHTree.h"
 #include "host/PostFileManager.h"
 #include "host/QMDBSession.h"
+#include "host/QMObserver.h"
 #include "host/WorksTreeManager.h"
 
 #include <string>
@@ -10,17 +12,20 @@
 
 class CQMDocBase;
 
-/// A view of a document.
-class CQMViewBase {
+/// Messages of a document to its observers.
+namespace DocumentMessage {
+inline constexpr UINT Closing = 1; ///< it is about to go; the last that is heard of it
+} // namespace DocumentMessage
+
+/// A view of a document: the window that shows its model. It has no window where nobody made a frame.
+class CQMViewBase : public CWnd {
   public:
-    virtual ~CQMViewBase() = default;
     virtual CQMDocBase* GetDocument() const = 0;
 };
 
-/// The open model document.
-class CQMDocBase {
+/// The open model document. Its dialogs observe it.
+class CQMDocBase : public CQMSubject {
   public:
-    virtual ~CQMDocBase() = default;
     virtual CQMViewBase* GetActiveView() const = 0; ///< null when the document has none
     virtual std::wstring GetFullPathNameW() const = 0;
     virtual CQMDBSession& GetDBSession() = 0;

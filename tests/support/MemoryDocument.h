@@ -24,6 +24,17 @@ class MemoryFileManager : public CPostFileManager {
     int accepts = 1;
 };
 
+/// A view that shows nothing.
+class MemoryView : public CQMViewBase {
+  public:
+    explicit MemoryView(CQMDocBase& document)
+        : document_(document) {}
+    CQMDocBase* GetDocument() const override { return &document_; }
+
+  private:
+    CQMDocBase& document_;
+};
+
 /// A document whose pools, mesh and results a test fills as it likes.
 class MemoryDocument : public CQMDocBase, private CQMDBSession {
   public:
@@ -42,8 +53,9 @@ class MemoryDocument : public CQMDocBase, private CQMDBSession {
     MemoryFileManager files;
     std::set<ItrKey> hiddenMeshSets;
     std::vector<int> postModes; ///< arguments of SetPostMode
+    CQMViewBase* activeView = nullptr;
 
-    CQMViewBase* GetActiveView() const override { return nullptr; }
+    CQMViewBase* GetActiveView() const override { return activeView; }
     std::wstring GetFullPathNameW() const override { return path; }
     CQMDBSession& GetDBSession() override { return *this; }
     CPOHManager* GetPOHManager() override { return &results; }

@@ -73,7 +73,7 @@ class MemoryHost : public IHostServices {
     void ErrorOut(const std::wstring& text) override { errors.push_back(text); }
     int ShowMessageBox(const std::wstring& text, unsigned) override {
         boxes.push_back(text);
-        return MessageBox::IdOk;
+        return IDOK;
     }
     void SetWaitCursor(bool on) override { waitCursor.push_back(on); }
     int GetUnitIndexCurrent() const override { return 1; }

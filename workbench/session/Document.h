@@ -24,6 +24,9 @@ class Document final : public CQMDocBase {
     static Result<std::unique_ptr<Document>> openWithoutMesh(const std::filesystem::path& path,
                                                              DocumentSummary& summary);
 
+    /// Tells the observers, so that the dialogs of the document close.
+    ~Document() override { NotifyObservers(DocumentMessage::Closing); }
+
     CQMViewBase* GetActiveView() const override { return view_.get(); }
     std::wstring GetFullPathNameW() const override;
     CQMDBSession& GetDBSession() override { return *database_; }

@@ -2,8 +2,10 @@
 
 #include "framework/files/PathMap.h"
 #include "framework/text/CodePage.h"
+#include "framework/windows/desktop/ScriptedDesk.h"
 #include "host/FileCtrl.h"
 #include "host/GpsLinearCombCalculator.h"
+#include "host/dialogs/Notifications.h"
 #include "workbench/session/Document.h"
 #include "workbench/session/Messages.h"
 
@@ -39,10 +41,15 @@ WorkbenchHost::WorkbenchHost(SessionOptions options)
     , previous_(RegisterHostServices(this)) {
     if (options_.programFolder.empty()) options_.programFolder = ownFolder();
     IQMProgressBar::m_pInstance = &progress_;
-    translateDataExchange(options_.language);
+    framework::scriptedDesk().setMessageListener([this](const framework::ShownMessage& shown) {
+        progress_.clearLine();
+        std::fprintf(stderr, "%s\n", framework::toUtf8(shown.text).c_str());
+    });
+    setLanguage(options_.language);
 }
 
 WorkbenchHost::~WorkbenchHost() {
+    framework::scriptedDesk().setMessageListener({});
     IQMProgressBar::m_pInstance = nullptr;
     RegisterHostServices(previous_);
 }
@@ -68,14 +75,14 @@ void WorkbenchHost::ErrorOut(const std::wstring& text) {
 
 int WorkbenchHost::ShowMessageBox(const std::wstring& text, unsigned style) {
     errors_.push_back(framework::toUtf8(text));
-    progress_.clearLine();
-    std::fprintf(stderr, "%s\n", errors_.back().c_str());
-    return style == MessageBox::YesNo ? MessageBox::IdYes : MessageBox::IdOk;
+    const HWND active = GetActiveWindow();
+    return framework::desktop().ShowMessageBox(active, text, L"VEXA_gps", style);
 }
 
 void WorkbenchHost::setLanguage(Language language) {
     options_.language = language;
     translateDataExchange(language);
+    NotifyLanguageChanged();
 }
 
 double WorkbenchHost::GetUnitFactor(int kind, int index) const {
@@ -86,12 +93,14 @@ double WorkbenchHost::GetUnitFactor(int kind, int index) const {
 void WorkbenchHost::setDatabaseUnits(const UnitSystem& system) {
     systems_ = {system};
     current_ = 0;
+    NotifyUnitChanged(nullptr);
 }
 
 void WorkbenchHost::setCurrentUnits(const UnitSystem& system) {
     systems_.resize(1);
     current_ = system == systems_[0] ? 0 : 1;
     if (current_ == 1) systems_.push_back(system);
+    NotifyUnitChanged(nullptr);
 }
 
 int WorkbenchHost::GetUnitSystemForce() const {

@@ -20,8 +20,9 @@ struct SessionOptions {
     std::filesystem::path programFolder; ///< where "64bit Solver" lies; the program's own folder by default
 };
 
-/// The workbench as the host of the module, in a terminal: errors and message boxes go to the standard error
-/// output, message boxes take their default answer, test-environment values are environment variables.
+/// The workbench as the host of the module: errors go to the standard error output, message boxes to the
+/// desktop; without one they are printed there too and take their default answer. Test-environment values are
+/// environment variables.
 /// Registered as the host of this process while it lives.
 class WorkbenchHost final : public IHostServices {
   public:
