@@ -42,7 +42,7 @@ class CheckCommand final : public Command {
     }
 
     int run(WorkbenchHost& host, const CommonOptions& common) override {
-        TerminalProgress& progress = host.progress();
+        WorkProgress& progress = host.progress();
         progress.Start();
         std::string last;
         const ModelCheckReport report = checkModel(model_, [&](const std::string& what, double fraction) {

@@ -55,7 +55,7 @@ class NewCommand final : public Command {
         if (model_.empty()) model_ = std::filesystem::path(deck_).replace_extension(".wkm").string();
         if (std::filesystem::path(model_).extension() != ".wkm")
             return fail("the document's name must end in .wkm, which \"" + model_ + "\" does not");
-        TerminalProgress& progress = host.progress();
+        WorkProgress& progress = host.progress();
         progress.Start();
         const auto report = importProject(deck_, model_, [&](const std::string& what, double fraction) {
             progress.SetText(framework::fromUtf8(what));

@@ -1,6 +1,5 @@
 #include "framework/text/CodePage.h"
 #include "host/QMUnitCtrl.h"
-#include "resultfile/FatigueComponents.h"
 #include "workbench/cli/Output.h"
 #include "workbench/cli/PictureMarks.h"
 #include "workbench/cli/PictureValues.h"
@@ -21,15 +20,6 @@
 
 namespace workbench::cli {
 namespace {
-
-/// Damage and life spread over many powers of ten.
-bool isSpreadWidely(unsigned id) {
-    return id >= resultfile::fatigue::kDamage && id < resultfile::fatigue::kEquivalentAmplitude;
-}
-
-bool isLife(unsigned id) {
-    return id >= resultfile::fatigue::kLife && id < resultfile::fatigue::kEquivalentAmplitude;
-}
 
 std::optional<double> factorOf(const std::string& text) {
     double factor = 0.0;

@@ -2,6 +2,7 @@
 
 #include "framework/text/CodePage.h"
 #include "host/ElementTypes.h"
+#include "resultfile/FatigueComponents.h"
 #include "workbench/results/Catalogue.h"
 #include "workbench/results/ResultQuery.h"
 
@@ -32,6 +33,14 @@ Family familyOf(unsigned id) {
 }
 
 } // namespace
+
+bool isSpreadWidely(unsigned id) {
+    return id >= resultfile::fatigue::kDamage && id < resultfile::fatigue::kEquivalentAmplitude;
+}
+
+bool isLife(unsigned id) {
+    return id >= resultfile::fatigue::kLife && id < resultfile::fatigue::kEquivalentAmplitude;
+}
 
 Result<std::vector<std::array<float, 3>>> displacementsOf(CPOHVCase& step, const T_QM_MESH_D& mesh) {
     std::vector<std::array<float, 3>> vectors(mesh.nodeCount());

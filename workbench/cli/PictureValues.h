@@ -10,6 +10,11 @@
 
 namespace workbench::cli {
 
+/// Damage and life spread over many powers of ten.
+bool isSpreadWidely(unsigned id);
+/// Of a life the smallest value is the worst.
+bool isLife(unsigned id);
+
 /// One displacement a node from the components X, Y and Z of the step; NaN where a node has none.
 Result<std::vector<std::array<float, 3>>> displacementsOf(CPOHVCase& step, const T_QM_MESH_D& mesh);
 

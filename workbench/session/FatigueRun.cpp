@@ -4,8 +4,6 @@
 #include "framework/text/CodePage.h"
 #include "module/fatigue/GpsFatigueSolver.h"
 
-#include <cstdio>
-
 namespace workbench {
 namespace {
 
@@ -22,8 +20,8 @@ class BaseUnits {
         : host_(host)
         , display_(host.currentUnits()) {
         if (display_ == host.databaseUnits()) return;
-        std::fprintf(stderr, "The fatigue run uses the units of the document, %s and %s.\n",
-                     host.databaseUnits().force.c_str(), host.databaseUnits().length.c_str());
+        host.output().showNote("The fatigue run uses the units of the document, " +
+                               host.databaseUnits().force + " and " + host.databaseUnits().length + ".");
         host_.setCurrentUnits(host.databaseUnits());
     }
     ~BaseUnits() { host_.setCurrentUnits(display_); }

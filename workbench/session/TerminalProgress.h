@@ -8,9 +8,15 @@
 
 namespace workbench {
 
+/// The host's progress bar, also for work that knows its share.
+class WorkProgress : public IQMProgressBar {
+  public:
+    virtual void setFraction(double fraction) = 0; ///< 0 to 1
+};
+
 /// The progress bar on a stream: one line that is drawn over where the stream is a terminal, else a plain
 /// line whenever the text changes. Draws at most twenty times a second.
-class TerminalProgress final : public IQMProgressBar {
+class TerminalProgress final : public WorkProgress {
   public:
     explicit TerminalProgress(std::FILE* stream);
     ~TerminalProgress() override;
@@ -22,8 +28,7 @@ class TerminalProgress final : public IQMProgressBar {
     void End() override;
     void Close() override;
 
-    /// For work that knows its share: 0 to 1.
-    void setFraction(double fraction);
+    void setFraction(double fraction) override;
     /// Takes the bar off the line, so that other output can be written; the next change draws it again.
     void clearLine();
 

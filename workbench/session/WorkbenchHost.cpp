@@ -10,7 +10,6 @@
 #include "workbench/session/Messages.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <system_error>
 
@@ -34,16 +33,15 @@ int positionOf(const std::vector<std::string>& names, const std::string& name) {
 
 } // namespace
 
-WorkbenchHost::WorkbenchHost(SessionOptions options)
+WorkbenchHost::WorkbenchHost(SessionOptions options, SessionOutput* output)
     : options_(std::move(options))
-    , progress_(stderr)
+    , output_(output ? *output : terminal_)
     , systems_{{"N", "mm"}}
     , previous_(RegisterHostServices(this)) {
     if (options_.programFolder.empty()) options_.programFolder = ownFolder();
-    IQMProgressBar::m_pInstance = &progress_;
+    IQMProgressBar::m_pInstance = &progress();
     framework::scriptedDesk().setMessageListener([this](const framework::ShownMessage& shown) {
-        progress_.clearLine();
-        std::fprintf(stderr, "%s\n", framework::toUtf8(shown.text).c_str());
+        output_.showNote(framework::toUtf8(shown.text));
     });
     setLanguage(options_.language);
 }
@@ -69,8 +67,7 @@ std::wstring WorkbenchHost::GetMessageText(std::wstring_view key) const {
 
 void WorkbenchHost::ErrorOut(const std::wstring& text) {
     errors_.push_back(framework::toUtf8(text));
-    progress_.clearLine();
-    std::fprintf(stderr, "error: %s\n", errors_.back().c_str());
+    output_.showError(errors_.back());
 }
 
 int WorkbenchHost::ShowMessageBox(const std::wstring& text, unsigned style) {
@@ -139,19 +136,19 @@ int WorkbenchHost::GenerateSubCombResult(CQMDocBase& doc, CQMViewBase*, const T_
     Result<CombinationReport> made =
         checked ? CombinationReport() : Result<CombinationReport>(checked.error());
     if (checked) {
-        progress_.Start();
-        progress_.SetText(CMSGFunction::GetValue(L"IDS_QMGPS_RESULT_COMBINATION"));
+        progress().Start();
+        progress().SetText(CMSGFunction::GetValue(L"IDS_QMGPS_RESULT_COMBINATION"));
         made =
             combineResults(document.database(), document.results(), document.path().parent_path(), *checked,
-                           registerSet, [&](double fraction) { progress_.setFraction(fraction); });
-        progress_.Close();
+                           registerSet, [&](double fraction) { progress().setFraction(fraction); });
+        progress().Close();
     }
     if (!made) {
         ErrorOut(framework::fromUtf8(made.error().message));
         return 0;
     }
     for (const std::string& warning : made->warnings)
-        std::fprintf(stderr, "warning: %s\n", warning.c_str());
+        output_.showWarning(warning);
     lastCombination_ = std::move(*made);
     return 1;
 }

@@ -3,7 +3,7 @@
 #include "host/HostServices.h"
 #include "workbench/results/Catalogue.h"
 #include "workbench/results/CombineResults.h"
-#include "workbench/session/TerminalProgress.h"
+#include "workbench/session/SessionOutput.h"
 #include "workbench/session/UnitTable.h"
 
 #include <filesystem>
@@ -20,13 +20,14 @@ struct SessionOptions {
     std::filesystem::path programFolder; ///< where "64bit Solver" lies; the program's own folder by default
 };
 
-/// The workbench as the host of the module: errors go to the standard error output, message boxes to the
-/// desktop; without one they are printed there too and take their default answer. Test-environment values are
-/// environment variables.
-/// Registered as the host of this process while it lives.
+/// The workbench as the host of the module. What it says goes to its output: a terminal unless another one is
+/// given; message boxes go to the desktop, and without one their text is a note and they take their default
+/// answer. Test-environment values are environment variables. Registered as the host of this process while it
+/// lives.
 class WorkbenchHost final : public IHostServices {
   public:
-    explicit WorkbenchHost(SessionOptions options);
+    /// `output`, when given, must outlive the host.
+    explicit WorkbenchHost(SessionOptions options, SessionOutput* output = nullptr);
     ~WorkbenchHost() override;
     WorkbenchHost(const WorkbenchHost&) = delete;
     WorkbenchHost& operator=(const WorkbenchHost&) = delete;
@@ -37,7 +38,7 @@ class WorkbenchHost final : public IHostServices {
     std::wstring GetMessageText(std::wstring_view key) const override;
     void ErrorOut(const std::wstring& text) override;
     int ShowMessageBox(const std::wstring& text, unsigned style) override;
-    void SetWaitCursor(bool) override {}
+    void SetWaitCursor(bool on) override { output_.setWaitCursor(on); }
     int GetUnitIndexCurrent() const override { return current_; }
     int GetUnitIndexDefault() const override { return 0; }
     double GetUnitFactor(int kind, int index) const override;
@@ -46,7 +47,9 @@ class WorkbenchHost final : public IHostServices {
     void ShowMeshSet(CQMDocBase& doc, ItrKey set, bool show) override;
     /// The name of the document's file.
     std::wstring GetViewTitle(const CQMViewBase& view) const override;
-    void DisplayPostResult(CQMViewBase&, CVResult*) override {}
+    void DisplayPostResult(CQMViewBase& view, CVResult* result) override {
+        output_.displayResult(view, result);
+    }
     int BeginTransaction(CQMDocBase& doc, const std::wstring& title) override;
     int CommitTransaction(CQMDocBase& doc) override;
     void RollbackTransaction(CQMDocBase& doc) override;
@@ -59,7 +62,8 @@ class WorkbenchHost final : public IHostServices {
     Language language() const { return options_.language; }
     /// From now on texts are in this language; open dialogs are told.
     void setLanguage(Language language);
-    TerminalProgress& progress() { return progress_; }
+    SessionOutput& output() { return output_; }
+    WorkProgress& progress() { return output_.progress(); }
 
     /// The unit system of the open document's numbers, which becomes the current one too.
     void setDatabaseUnits(const UnitSystem& system);
@@ -76,7 +80,8 @@ class WorkbenchHost final : public IHostServices {
 
   private:
     SessionOptions options_;
-    TerminalProgress progress_;
+    TerminalOutput terminal_;
+    SessionOutput& output_;
     std::vector<UnitSystem> systems_;
     int current_ = 0;
     std::vector<std::string> errors_;
