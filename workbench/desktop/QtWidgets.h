@@ -1,0 +1,4 @@
+#pragma once
+
+// Precompiled for this folder: the one place that names the toolkit's headers.
+#include <QtWidgets/QtWidgets>
