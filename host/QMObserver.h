@@ -2,6 +2,7 @@
 
 #include "framework/windows/WindowTypes.h"
 
+#include <cstddef>
 #include <vector>
 
 class CQMSubject;
@@ -31,6 +32,7 @@ class CQMSubject {
 
     void AttachObserver(CQMObserver& observer); ///< once, however often it is called
     void DetachObserver(CQMObserver& observer);
+    std::size_t GetObserverCount() const { return m_observers.size(); }
     /// Tells those who observe now and still do when it is their turn, in the order of attaching.
     void NotifyObservers(UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
 

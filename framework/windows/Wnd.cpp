@@ -271,8 +271,17 @@ int CWnd::OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result) 
     return 1;
 }
 
+/// Non-zero when the control's object settled it, or this window is gone.
+int CWnd::ReflectNotification(HWND control, UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result) {
+    const auto* record = findWindow(control);
+    if (!record || !record->object || !record->routed) return 0;
+    const HWND own = m_hWnd;
+    return record->object->OnChildNotify(message, wParam, lParam, result) || !findWindow(own);
+}
+
 int CWnd::OnCommand(WPARAM wParam, LPARAM lParam) {
     if (lParam && windowState().lockedOut == m_hWnd) return 1;
+    if (ReflectNotification(reinterpret_cast<HWND>(lParam), WM_COMMAND, wParam, lParam, nullptr)) return 1;
     const auto command = static_cast<LPARAM>(wParam);
     return OnCmdMsg(LOWORD(command), HIWORD(command));
 }
@@ -284,9 +293,10 @@ int CWnd::OnCmdMsg(UINT id, UINT code) {
     return 1;
 }
 
-int CWnd::OnNotify(WPARAM, LPARAM lParam, LRESULT* result) {
+int CWnd::OnNotify(WPARAM wParam, LPARAM lParam, LRESULT* result) {
     if (windowState().lockedOut == m_hWnd) return 1;
     auto* header = reinterpret_cast<NMHDR*>(lParam);
+    if (ReflectNotification(header->hwndFrom, WM_NOTIFY, wParam, lParam, result)) return 1;
     const auto id = static_cast<UINT>(header->idFrom);
     const auto* entry = framework::findControlEntry(GetMessageMap(), WM_NOTIFY, header->code, id);
     if (!entry) return 0;

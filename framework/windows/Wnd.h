@@ -130,6 +130,9 @@ class CWnd {
     virtual int OnCommand(WPARAM wParam, LPARAM lParam);
     virtual int OnNotify(WPARAM wParam, LPARAM lParam, LRESULT* result);
     virtual int OnCmdMsg(UINT id, UINT code);
+    /// A notification of this control (WM_COMMAND, WM_NOTIFY), before its parent's handlers get it; non-zero
+    /// keeps it from them.
+    virtual int OnChildNotify(UINT, WPARAM, LPARAM, LRESULT*) { return 0; }
     virtual void PreSubclassWindow() {} ///< the object is attached, no message has come yet
     /// After the last message; the object has no window any more. Not called for a window whose creation
     /// failed.
@@ -165,6 +168,7 @@ class CWnd {
     framework::WindowRecord* Record() const; ///< null without a window
 
   private:
+    int ReflectNotification(HWND control, UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result);
     friend struct framework::ObjectAccess;
     friend class CDataExchange;
     HWND m_hWndOwner = nullptr;

@@ -100,10 +100,16 @@ bool isLabel(HWND control) {
     return (SendMessage(control, WM_GETDLGCODE) & DLGC_STATIC) != 0;
 }
 
-/// An item by its text, or by "#" and its position.
+/// An item by its text, which may be indented, or by "#" and its position.
 std::optional<int> itemIndex(HWND list, const std::wstring& name) {
     const auto* record = findWindow(list);
     if (const int exact = findItem(record, -1, name, true); exact >= 0) return exact;
+    for (std::size_t i = 0; record && i < record->items.size(); ++i) {
+        const std::wstring& text = record->items[i].texts[0];
+        const auto start = text.find_first_not_of(L' ');
+        if (start != std::wstring::npos && lower(text.substr(start)) == lower(name))
+            return static_cast<int>(i);
+    }
     if (!name.starts_with(L'#')) return {};
     return numberOf(name.substr(1));
 }
