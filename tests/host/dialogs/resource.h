@@ -1,0 +1,23 @@
+#pragma once
+
+// Ids of HostDialogs.rc.
+#define IDD_TOOL 200
+#define IDD_TOOL_PAGE 201
+#define IDD_TOOL_SHOWN 202
+
+#define IDC_TOOL_LABEL 1001
+#define IDC_TOOL_ANALYSIS 1002
+#define IDC_TOOL_RESULT 1003
+#define IDC_TOOL_VALUE 1004
+#define IDC_TOOL_TABLE 1005
+#define IDC_TOOL_CHECKS 1006
+#define IDC_TOOL_FIRST 1007
+#define IDC_TOOL_SECOND 1008
+#define IDC_TOOL_THIRD 1009
+#define IDC_TOOL_TABS 1010
+#define IDC_TOOL_PLACE 1011
+#define IDC_TOOL_LAST 1012
+#define IDC_TOOL_PAGE_EDIT 1013
+#define IDC_TOOL_STEPS 1014
+#define ID_APPLY_NOW 0x3021 // host/dialogs/HostControlIds.h
+#define IDC_QM_RESET 0x3022
