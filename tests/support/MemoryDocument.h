@@ -42,6 +42,7 @@ class MemoryDocument : public CQMDocBase, private CQMDBSession {
     MemoryMesh mesh;
     MemoryPool<DPoolFatg> fatigues;
     MemoryPool<DPoolVXMcas> analyses;
+    MemoryPool<DPoolVXOctr> outputControls;
     MemoryPool<DPoolMatl> materials;
     MemoryPropPool properties;
     MemoryPool<DPoolSNFun> curves;
@@ -76,8 +77,8 @@ class MemoryDocument : public CQMDocBase, private CQMDBSession {
 
   private:
     IDPool* GetDataPool(PoolId id) override {
-        IDPool* const pools[] = {&fatigues,  &analyses, &materials, &properties, &curves,
-                                 &functions, &nodes,    &elements,  &meshSets,   &project_};
+        IDPool* const pools[] = {&fatigues,  &analyses, &outputControls, &materials, &properties, &curves,
+                                 &functions, &nodes,    &elements,       &meshSets,  &project_};
         for (IDPool* pool : pools)
             if (pool->Id() == id) return pool;
         return nullptr;

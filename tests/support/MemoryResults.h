@@ -153,6 +153,11 @@ class MemoryResultTree : public CPOHManager {
         list_.push_back(analyses_.back().get());
         return *analyses_.back();
     }
+    void remove(ItrKey key) {
+        const auto isIt = [&](const auto& analysis) { return analysis->GetKey() == key; };
+        std::erase_if(list_, isIt);
+        std::erase_if(analyses_, isIt);
+    }
     ItrKey GetKey() const override { return 0; }
     const std::wstring& GetName() const override { return name_; }
     CPOHBase* GetParent() const override { return nullptr; }

@@ -40,9 +40,8 @@ WorkbenchHost::WorkbenchHost(SessionOptions options, SessionOutput* output)
     , previous_(RegisterHostServices(this)) {
     if (options_.programFolder.empty()) options_.programFolder = ownFolder();
     IQMProgressBar::m_pInstance = &progress();
-    framework::scriptedDesk().setMessageListener([this](const framework::ShownMessage& shown) {
-        output_.showNote(framework::toUtf8(shown.text));
-    });
+    framework::scriptedDesk().setMessageListener(
+        [this](const framework::ShownMessage& shown) { output_.showNote(framework::toUtf8(shown.text)); });
     setLanguage(options_.language);
 }
 
@@ -150,6 +149,7 @@ int WorkbenchHost::GenerateSubCombResult(CQMDocBase& doc, CQMViewBase*, const T_
     for (const std::string& warning : made->warnings)
         output_.showWarning(warning);
     lastCombination_ = std::move(*made);
+    if (registerSet) NotifyPostUpdate(doc.GetActiveView(), PostUpdate::Tree);
     return 1;
 }
 
@@ -159,6 +159,7 @@ int WorkbenchHost::ExecuteCommand(CQMDocBase* doc, const std::wstring& name, con
     if (name == L"Undo") {
         const int undone = document.database().undo();
         document.results().rebuild();
+        NotifyPostUpdate(doc->GetActiveView(), PostUpdate::Tree);
         return undone;
     }
     if (name == L"Save") {
