@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <map>
+#include <stdexcept>
 
 namespace support {
 
@@ -51,6 +52,7 @@ class MemoryHost : public IHostServices {
     std::wstring programPath;
     std::map<std::wstring, std::wstring, std::less<>> environment;
     std::map<std::wstring, std::wstring, std::less<>> texts;
+    bool textsFail = false;            ///< GetMessageText throws
     std::map<int, double> unitFactors; ///< of the current unit system
     int forceUnit = 0;
     int lengthUnit = 0;
@@ -67,6 +69,7 @@ class MemoryHost : public IHostServices {
         return found == environment.end() ? std::wstring() : found->second;
     }
     std::wstring GetMessageText(std::wstring_view key) const override {
+        if (textsFail) throw std::runtime_error("no texts");
         const auto found = texts.find(key);
         return found == texts.end() ? std::wstring(key) : found->second;
     }

@@ -6,6 +6,7 @@
 #include "host/FileCtrl.h"
 #include "host/GpsLinearCombCalculator.h"
 #include "host/dialogs/Notifications.h"
+#include "module/entry/VEXAGpsDialog.h"
 #include "workbench/session/Document.h"
 #include "workbench/session/Messages.h"
 
@@ -43,6 +44,7 @@ WorkbenchHost::WorkbenchHost(SessionOptions options, SessionOutput* output)
     framework::scriptedDesk().setMessageListener(
         [this](const framework::ShownMessage& shown) { output_.showNote(framework::toUtf8(shown.text)); });
     setLanguage(options_.language);
+    Init_VEXA_gpsdll();
 }
 
 WorkbenchHost::~WorkbenchHost() {

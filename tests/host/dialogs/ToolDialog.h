@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/dialogs/QMPostSelDialog.h"
-#include "tests/host/dialogs/DialogFixture.h"
+#include "tests/support/DialogFixture.h"
 #include "tests/host/dialogs/resource.h"
 
 #include <functional>
