@@ -5,6 +5,7 @@
 #include "framework/files/PathMap.h"
 #include "framework/text/CodePage.h"
 #include "host/MSGFunction.h"
+#include "host/dialogs/Notifications.h"
 #include "workbench/results/ResultSource.h"
 
 #include <cerrno>
@@ -39,7 +40,10 @@ Result<std::string> interfaceFileChecksum(const std::filesystem::path& folder) {
 
 int PostFileManager::AddFile(const std::wstring& path, ItrKey analysisKey, int flag) {
     const auto added = registerFile(framework::nativePath(path), analysisKey, flag == 1);
-    if (added) return 1;
+    if (added) {
+        NotifyPostUpdate(nullptr, PostUpdate::Tree);
+        return 1;
+    }
     qmMsgOutError(framework::fromUtf8(added.error().message));
     return 0;
 }
