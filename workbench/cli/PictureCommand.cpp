@@ -151,7 +151,7 @@ class PictureCommand final : public Command {
         const auto marks = chooseMarks(choice, {mesh, *values, elements, isLife(id), host.language()});
         if (!marks) return fail(marks.error());
 
-        ContourPicture picture = describe(host, table, unitLabel(unitKind, host.currentUnits()));
+        ContourPicture picture = describe(host, table);
         picture.mesh = mesh;
         picture.values = *values;
         picture.valuedElements = valued;
@@ -172,17 +172,13 @@ class PictureCommand final : public Command {
         return kDone;
     }
 
-    ContourPicture describe(const WorkbenchHost& host, CVResult& table, const std::string& unit) const {
-        const unsigned id = table.GetId();
-        ContourPicture picture;
-        picture.valueTitle = componentName(id, host.language()) + (unit.empty() ? "" : " [" + unit + "]");
-        picture.titleLines = {framework::toUtf8(table.GetAnalysis()->GetName()),
-                              framework::toUtf8(table.GetCase()->GetName()) + " : " +
-                                  framework::toUtf8(table.GetVCase()->GetName())};
+    ContourPicture describe(const WorkbenchHost& host, CVResult& table) const {
+        ContourPicture picture = describedPicture(host, table);
         if (!title_.empty()) picture.titleLines = {title_};
         // A scale around zero has no place for logarithms, so that they are not the default of its pictures.
-        const bool log = scale_.empty() ? isSpreadWidely(id) && colors_ != "blue-red" : scale_ == "log";
-        picture.valueScale = log ? ValueScale::Logarithmic : ValueScale::Linear;
+        if (scale_ == "linear" || (scale_.empty() && colors_ == "blue-red"))
+            picture.valueScale = ValueScale::Linear;
+        if (scale_ == "log") picture.valueScale = ValueScale::Logarithmic;
         if (!range_.empty()) picture.range = ValueRange{range_[0], range_[1]};
         picture.bands = !smooth_;
         picture.view = view_;
@@ -194,7 +190,6 @@ class PictureCommand final : public Command {
         picture.transparent = background_ == "transparent";
         picture.width = size_[0];
         picture.height = size_[1];
-        if (host.language() == Language::Korean) picture.words = {"최대", "최소", "값 없음", "뒤쪽", "변형"};
         return picture;
     }
 

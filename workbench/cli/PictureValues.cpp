@@ -2,6 +2,7 @@
 
 #include "framework/text/CodePage.h"
 #include "host/ElementTypes.h"
+#include "host/QMUnitCtrl.h"
 #include "resultfile/FatigueComponents.h"
 #include "workbench/results/Catalogue.h"
 #include "workbench/results/ResultQuery.h"
@@ -40,6 +41,20 @@ bool isSpreadWidely(unsigned id) {
 
 bool isLife(unsigned id) {
     return id >= resultfile::fatigue::kLife && id < resultfile::fatigue::kEquivalentAmplitude;
+}
+
+ContourPicture describedPicture(const WorkbenchHost& host, CVResult& table) {
+    const unsigned id = table.GetId();
+    const ComponentName* component = findComponent(id);
+    const std::string unit = unitLabel(component ? component->unitKind : UnitKind::None, host.currentUnits());
+    ContourPicture picture;
+    picture.valueTitle = componentName(id, host.language()) + (unit.empty() ? "" : " [" + unit + "]");
+    picture.titleLines = {framework::toUtf8(table.GetAnalysis()->GetName()),
+                          framework::toUtf8(table.GetCase()->GetName()) + " : " +
+                              framework::toUtf8(table.GetVCase()->GetName())};
+    picture.valueScale = isSpreadWidely(id) ? ValueScale::Logarithmic : ValueScale::Linear;
+    if (host.language() == Language::Korean) picture.words = {"최대", "최소", "값 없음", "뒤쪽", "변형"};
+    return picture;
 }
 
 Result<std::vector<std::array<float, 3>>> displacementsOf(CPOHVCase& step, const T_QM_MESH_D& mesh) {

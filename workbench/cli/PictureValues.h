@@ -3,6 +3,8 @@
 #include "base/Result.h"
 #include "host/POHTree.h"
 #include "host/records/Mesh.h"
+#include "workbench/picture/ContourPicture.h"
+#include "workbench/session/WorkbenchHost.h"
 
 #include <array>
 #include <cstdint>
@@ -14,6 +16,9 @@ namespace workbench::cli {
 bool isSpreadWidely(unsigned id);
 /// Of a life the smallest value is the worst.
 bool isLife(unsigned id);
+
+/// Titles and words in the host's language, and the spread over the colours that fits the component.
+ContourPicture describedPicture(const WorkbenchHost& host, CVResult& table);
 
 /// One displacement a node from the components X, Y and Z of the step; NaN where a node has none.
 Result<std::vector<std::array<float, 3>>> displacementsOf(CPOHVCase& step, const T_QM_MESH_D& mesh);

@@ -67,6 +67,12 @@ std::wstring buttonText(int id) {
     }
 }
 
+/// What the key writes, also where Alt keeps it from writing.
+std::wstring letterOf(const QKeyEvent& key) {
+    if (!key.text().isEmpty()) return wideText(key.text());
+    return key.key() < Qt::Key_Escape ? std::wstring(1, static_cast<wchar_t>(key.key())) : std::wstring();
+}
+
 QMessageBox::Icon iconOf(unsigned style) {
     constexpr unsigned kIcons = 0xF0;
     switch (style & kIcons) {
@@ -258,7 +264,7 @@ void QtDesktop::place(const WindowRecord& record, QWidget& widget) {
 void QtDesktop::followActivation() {
     QWidget* active = widgetOf(GetActiveWindow());
     if (active && active->isVisible() && !active->isActiveWindow() && !QApplication::activePopupWidget()) {
-        active->raise();
+        if (QGuiApplication::platformName() != "offscreen") active->raise(); // which has no order
         active->activateWindow();
     }
     const auto focused = shown_.find(GetFocus());
@@ -345,8 +351,7 @@ bool QtDesktop::takeKey(HWND window, const QKeyEvent& key) {
     if (alt && known == VK_F4) {
         framework::user::close(top);
     } else if (alt) {
-        const std::wstring text = wideText(key.text().isEmpty() ? QString(QChar(key.key())) : key.text());
-        if (!text.empty() && key.key() < Qt::Key_Escape) framework::pressMnemonic(text[0]);
+        if (const std::wstring letter = letterOf(key); !letter.empty()) framework::pressMnemonic(letter[0]);
     } else if (known) {
         framework::pressKey(known, key.key() == Qt::Key_Backtab ? modifiers | MK_SHIFT : modifiers);
     } else if (!useClipboardKey(GetFocus(), key)) {

@@ -35,6 +35,13 @@ struct PictureMark {
 /// Which edges are drawn over the contour: none; borders and where the surface bends; those of every element.
 enum class PictureEdges { None, Features, Mesh };
 
+/// How far a view is enlarged from the one that shows the whole model, and where it looks.
+struct PictureZoom {
+    double factor = 1.0; ///< above 0
+    double right = 0.0;  ///< what the model is moved by in the picture, in halves of its longest extent
+    double up = 0.0;
+};
+
 /// The few words that the picture adds by itself, so that a caller can give them in the user's language.
 struct PictureWords {
     std::string maximum = "Max";
@@ -68,6 +75,7 @@ struct ContourPicture {
     ValueScale valueScale = ValueScale::Linear; ///< logarithmic: values <= 0 take the lowest colour
     std::optional<ValueRange> range;            ///< absent: the values' own, widened to round numbers
     std::string view = "iso"; ///< one of viewNames(), or angles "30,20": to the right of front and upwards
+    PictureZoom zoom;
     PictureEdges edges = PictureEdges::Features;
     bool transparent = false; ///< no background, else a white one
     PictureWords words;

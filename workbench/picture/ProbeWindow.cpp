@@ -49,4 +49,10 @@ bool canDrawOn(const std::string& display) {
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
+bool displayAnswers(const std::string& display) {
+    Display* connection = ::XOpenDisplay(display.c_str());
+    if (connection) ::XCloseDisplay(connection);
+    return connection != nullptr;
+}
+
 } // namespace workbench

@@ -8,4 +8,7 @@ namespace workbench {
 /// the process where it fails.
 bool canDrawOn(const std::string& display);
 
+/// Whether an X display of that name answers.
+bool displayAnswers(const std::string& display);
+
 } // namespace workbench

@@ -210,7 +210,7 @@ class ModelActors {
     }
 
     vtkRenderer& renderer_;
-    const Scene& scene_;
+    const Scene& scene_; ///< while the parts are made
     vtkSmartPointer<vtkLookupTable> table_;
 };
 
@@ -359,6 +359,56 @@ Result<Image> renderScene(const Scene& scene, int detail, bool transparent) {
     };
     Image image = drawOn(1.0);
     if (transparent) image = withoutBackground(image, drawOn(0.0));
+    if (!messages.error().empty()) return drawingError(messages.error());
+    return image;
+}
+
+struct SceneView::State {
+    std::unique_ptr<SceneWindow> window;
+    vtkSmartPointer<vtkRenderer> renderer;
+    std::unique_ptr<ModelActors> model;
+    double scale = 0.0; ///< of its lines
+};
+
+SceneView::SceneView()
+    : state_(std::make_unique<State>()) {}
+
+SceneView::~SceneView() {
+    forget();
+}
+
+void SceneView::forget() {
+    state_->model.reset();
+    if (state_->renderer) state_->renderer->RemoveAllViewProps();
+}
+
+Result<Image> SceneView::draw(const Scene& scene) {
+    constexpr int kFactor = 2; // smooth edges, as in pictures
+    const VtkMessages messages;
+    State& state = *state_;
+    if (!state.window) {
+        const auto display = drawingDisplay(&canDrawOn);
+        if (!display) return display.error();
+        state.window = std::make_unique<SceneWindow>(*display, scene.width * kFactor, scene.height * kFactor);
+        if (!state.window->isOpen()) {
+            state.window.reset();
+            return drawingError("the display " + *display + " does not answer any more");
+        }
+        state.renderer = vtkSmartPointer<vtkRenderer>::New();
+        state.renderer->SetBackground(1.0, 1.0, 1.0);
+        state.window->window().AddRenderer(state.renderer);
+        vtkMapper::SetResolveCoincidentTopologyToPolygonOffset();
+    }
+    state.window->window().SetSize(scene.width * kFactor, scene.height * kFactor);
+    const double scale = scene.lineScale * kFactor;
+    if (!state.model || state.scale != scale) {
+        forget();
+        state.model = std::make_unique<ModelActors>(*state.renderer, scene, scale);
+        state.scale = scale;
+    }
+    setCamera(*state.renderer, scene.camera, scene.surface.extent, scene.width, scene.height);
+    state.window->render();
+    Image image = readPixels(state.window->window(), scene.width, scene.height, kFactor);
     if (!messages.error().empty()) return drawingError(messages.error());
     return image;
 }

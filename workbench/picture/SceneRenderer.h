@@ -8,6 +8,7 @@
 #include "workbench/picture/PictureColors.h"
 #include "workbench/picture/ViewCamera.h"
 
+#include <memory>
 #include <vector>
 
 namespace workbench {
@@ -30,6 +31,25 @@ struct Scene {
 /// Draws the surface through the camera, then the overlay, on white or on nothing. The image has `detail`
 /// pixels each way for one of the picture. Needs a display; finds or starts one.
 Result<Image> renderScene(const Scene& scene, int detail, bool transparent);
+
+/// Draws a scene again and again, for a view that turns: the window and the model stay between drawings.
+class SceneView {
+  public:
+    SceneView();
+    ~SceneView();
+    SceneView(const SceneView&) = delete;
+    SceneView& operator=(const SceneView&) = delete;
+
+    /// The model is another one, or is coloured otherwise: the next drawing takes it over. To be called
+    /// before the surface of the last drawing goes.
+    void forget();
+    /// The model alone, on white; its surface must stay as it is until forget().
+    Result<Image> draw(const Scene& scene);
+
+  private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
 
 /// The bytes of a PNG file, with an alpha channel where the image has one.
 Result<std::vector<unsigned char>> encodePng(const Image& image);

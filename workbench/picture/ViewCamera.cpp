@@ -1,7 +1,5 @@
 #include "workbench/picture/ViewCamera.h"
 
-#include "workbench/picture/ContourPicture.h"
-
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -142,6 +140,24 @@ void fitInto(ViewCamera& camera, const ContourSurface& surface, const PixelBox& 
     camera.pixelsPerLength = across > 0.0 ? 1.0 / across : 1.0;
     camera.origin = {0.5 * (box.left + box.right) - camera.pixelsPerLength * 0.5 * (own.left + own.right),
                      0.5 * (box.bottom + box.top) - camera.pixelsPerLength * 0.5 * (own.bottom + own.top)};
+}
+
+void zoomInto(ViewCamera& camera, const PixelBox& box, const PictureZoom& zoom) {
+    const Pixel middle{0.5 * (box.left + box.right), 0.5 * (box.bottom + box.top)};
+    const Pixel moved{zoom.right, zoom.up};
+    camera.pixelsPerLength *= zoom.factor;
+    for (std::size_t i = 0; i < 2; ++i)
+        camera.origin[i] =
+            middle[i] + zoom.factor * (camera.origin[i] - middle[i]) + camera.pixelsPerLength * moved[i];
+}
+
+std::array<double, 2> anglesOf(const ViewCamera& camera) {
+    constexpr double degree = 180.0 / std::numbers::pi;
+    const Vector3& to = camera.toViewer;
+    const bool vertical = std::hypot(to[0], to[1]) < 1e-9;
+    // From straight above the direction of "right" tells how far around.
+    const double around = vertical ? std::atan2(camera.right[1], camera.right[0]) : std::atan2(to[0], -to[1]);
+    return {around * degree, std::asin(std::clamp(to[2], -1.0, 1.0)) * degree};
 }
 
 bool isHidden(const ViewCamera& camera, const ContourSurface& surface, const Vector3& position) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "workbench/picture/ContourPicture.h"
 #include "workbench/picture/ContourSurface.h"
 
 #include <optional>
@@ -36,6 +37,12 @@ std::optional<ViewCamera> viewAxes(std::string_view name, const Vector3& extent)
 
 /// Scales and shifts the projection so that all vertices lie in `box`, in its middle, as large as they can.
 void fitInto(ViewCamera& camera, const ContourSurface& surface, const PixelBox& box);
+
+/// Enlarges a fitted projection around the middle of its box and moves it.
+void zoomInto(ViewCamera& camera, const PixelBox& box, const PictureZoom& zoom);
+
+/// The two angles of viewAxes() that look from where the camera looks; its roll is not among them.
+std::array<double, 2> anglesOf(const ViewCamera& camera);
 
 /// The box around all that is drawn of the surface.
 PixelBox boxOf(const ViewCamera& camera, const ContourSurface& surface);

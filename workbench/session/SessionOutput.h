@@ -5,6 +5,7 @@
 
 #include <string>
 
+class CQMDocBase;
 class CQMViewBase;
 class CVResult;
 
@@ -19,6 +20,8 @@ class SessionOutput {
     virtual void showNote(const std::string& text) = 0;
     virtual void setWaitCursor(bool /*on*/) {}
     virtual void displayResult(CQMViewBase& /*view*/, CVResult* /*result*/) {}
+    /// Results came or went: objects of the document's result tree may be others now.
+    virtual void resultsChanged(CQMDocBase& /*doc*/) {}
     virtual WorkProgress& progress() = 0;
 };
 

@@ -151,6 +151,7 @@ int WorkbenchHost::GenerateSubCombResult(CQMDocBase& doc, CQMViewBase*, const T_
     for (const std::string& warning : made->warnings)
         output_.showWarning(warning);
     lastCombination_ = std::move(*made);
+    output_.resultsChanged(doc);
     if (registerSet) NotifyPostUpdate(doc.GetActiveView(), PostUpdate::Tree);
     return 1;
 }
@@ -161,6 +162,7 @@ int WorkbenchHost::ExecuteCommand(CQMDocBase* doc, const std::wstring& name, con
     if (name == L"Undo") {
         const int undone = document.database().undo();
         document.results().rebuild();
+        output_.resultsChanged(document);
         NotifyPostUpdate(doc->GetActiveView(), PostUpdate::Tree);
         return undone;
     }

@@ -1,0 +1,259 @@
+#include "framework/text/CodePage.h"
+#include "framework/windows/desktop/DeskScript.h"
+#include "module/entry/VEXAGpsDialog.h"
+#include "workbench/cli/ResultChoice.h"
+#include "workbench/desktop/Appearance.h"
+#include "workbench/desktop/MainWindow.h"
+#include "workbench/desktop/ModuleDialogs.h"
+#include "workbench/desktop/ScreenDescription.h"
+#include "workbench/picture/DrawingDisplay.h"
+#include "workbench/picture/ProbeWindow.h"
+
+#include <CLI/CLI.hpp>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+
+namespace {
+
+using namespace workbench;
+using namespace workbench::desktop;
+
+enum ExitCode : int { kDone = 0, kFailed = 1, kUsage = 2 };
+
+struct Options {
+    cli::ResultChoice choice; ///< model, and what is shown of it
+    std::string dialog;
+    std::string argument;
+    std::string script;
+    std::string screenshot;
+    std::string describe;
+    std::string language = "en";
+    std::string edition = "A";
+    std::string units;
+    std::string programFolder;
+    std::vector<int> size{1280, 800};
+};
+
+constexpr const char* kDescription =
+    "vexa-desktop shows a model with its results and opens the dialogs of VEXA_gps.";
+constexpr const char* kFooter =
+    "Without a model the window opens empty; File opens one or imports a project deck.\n"
+    "--screenshot needs no display: it writes a picture of the dialog, or of the main window, and ends.\n"
+    "Exit codes: 0 done, 1 wrong input or failure (the standard error output says why), 2 wrong command "
+    "line.";
+
+int fail(const std::string& message) {
+    std::fprintf(stderr, "error: %s\n", message.c_str());
+    return kFailed;
+}
+
+void addOptions(CLI::App& app, Options& options) {
+    app.add_option("model", options.choice.model, "Document (.wkm)");
+    app.add_option("--dialog", options.dialog, "Open this dialog, by its class name");
+    app.add_option("--argument", options.argument, "Text that the dialog takes, such as a name");
+    app.add_option("--do", options.script, "Script of user actions to do (docs/desk-script.md)");
+    app.add_option("--screenshot", options.screenshot, "Write a picture (.png) and end");
+    app.add_option("--analysis", options.choice.analysis, "Show a result of this analysis, by name");
+    app.add_option("--case", options.choice.caseName, "Case by name (default: the only one)");
+    app.add_option("--step", options.choice.step, "Step by name or number (default: the last)");
+    app.add_option("--component", options.choice.component, "Component by identifier or name");
+    app.add_option("--lang", options.language, "Language of texts")->check(CLI::IsMember({"en", "ko"}));
+    app.add_option("--units", options.units, "Unit system for display, such as kN,m");
+    app.add_option("--edition", options.edition, "Edition of the host")
+        ->check(CLI::IsMember({"A", "B", "C", "D"}))
+        ->capture_default_str();
+    app.add_option("--program-folder", options.programFolder,
+                   "Folder that holds \"64bit Solver\" (default: the program's own)");
+    app.add_option("--size", options.size, "Width and height of the main window, such as 1280x800")
+        ->expected(2)
+        ->delimiter('x')
+        ->check(CLI::Range(400, 8192));
+    app.add_option("--describe", options.describe,
+                   "Keep a list of what is on the screen, and where, in this file");
+}
+
+/// What does not go together, or names nothing; empty when all is well.
+std::string usageError(const Options& options) {
+    if (!options.dialog.empty() && !findModuleDialog(framework::fromUtf8(options.dialog))) {
+        std::string known;
+        for (const ModuleDialog& dialog : moduleDialogs())
+            known += " " + framework::toUtf8(dialog.className);
+        return "there is no dialog \"" + options.dialog + "\"; there are" + known;
+    }
+    if (!options.dialog.empty() && options.choice.model.empty()) return "--dialog needs a model";
+    if (!options.argument.empty() && options.dialog.empty()) return "--argument needs --dialog";
+    if (!options.choice.analysis.empty() && options.choice.model.empty()) return "--analysis needs a model";
+    if (!options.choice.component.empty() && options.choice.analysis.empty())
+        return "--component needs --analysis";
+    if (!options.screenshot.empty() && !options.screenshot.ends_with(".png"))
+        return "the screenshot's name must end in .png, which \"" + options.screenshot + "\" does not";
+    if (!options.units.empty() && parseUnitSystem(options.units).force.empty())
+        return "--units \"" + options.units + "\" is no pair of force and length such as kN,m";
+    return {};
+}
+
+/// The screen that the toolkit draws on; a sentence when there is none.
+std::string chooseScreen(const Options& options) {
+    if (!options.screenshot.empty()) {
+        ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+        return {};
+    }
+    if (std::getenv("QT_QPA_PLATFORM") || std::getenv("WAYLAND_DISPLAY")) return {};
+    const char* display = std::getenv("DISPLAY");
+    if (!display || !*display)
+        return "there is no display: set DISPLAY, or ask for a picture with --screenshot";
+    if (!displayAnswers(display)) return std::string("the display ") + display + " does not answer";
+    return {};
+}
+
+Result<std::vector<framework::DeskStep>> readScript(const std::string& path) {
+    if (path.empty()) return std::vector<framework::DeskStep>();
+    std::ifstream file(path, std::ios::binary);
+    if (!file) return Error{"cannot read the script " + path};
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    framework::DeskScript script = framework::parseDeskScript(framework::fromUtf8(text));
+    if (!script.problems.empty()) return Error{path + ": " + framework::toUtf8(script.problems.front())};
+    return std::move(script.steps);
+}
+
+Result<void> savePicture(const QImage& picture, const std::string& path) {
+    QSaveFile file(QString::fromStdString(path));
+    if (!file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") || !file.commit())
+        return Error{"cannot write the picture " + path + ": " + file.errorString().toStdString()};
+    return {};
+}
+
+class Program {
+  public:
+    explicit Program(Options options)
+        : options_(std::move(options)) {}
+
+    int run(QApplication& application, std::vector<framework::DeskStep> steps) {
+        setAppearance(application);
+        DesktopOutput output;
+        WorkbenchHost host(sessionOptions(), &output);
+        QtDesktop desk;
+        desk.messageListener = [&](const std::wstring& text) { output.showNote(framework::toUtf8(text)); };
+        WindowFrame frame(L"VEXA");
+        Init_VEXA_gpsdll();
+        MainWindow window(host, output, desk, frame);
+        window.resize(options_.size[0], options_.size[1]);
+        desk_ = &desk;
+        window_ = &window;
+        if (const auto opened = openModel(); !opened) return fail(opened.error().message);
+        window.show();
+        desk.flush();
+        std::optional<ScreenDescription> description;
+        if (!options_.describe.empty()) description.emplace(options_.describe);
+        if (options_.screenshot.empty()) {
+            QTimer::singleShot(0, [&] { openDialog(std::move(steps), {}); });
+            return QApplication::exec() == 0 ? kDone : kFailed;
+        }
+        openDialog(std::move(steps), [&] { shoot(); });
+        return exitCode_;
+    }
+
+  private:
+    SessionOptions sessionOptions() const {
+        SessionOptions session;
+        session.edition = static_cast<Edition>(options_.edition[0] - 'A');
+        session.language = options_.language == "ko" ? Language::Korean : Language::English;
+        session.programFolder = options_.programFolder;
+        return session;
+    }
+
+    Result<void> openModel() {
+        if (options_.choice.model.empty()) return {};
+        if (auto opened = window_->open(options_.choice.model, parseUnitSystem(options_.units)); !opened)
+            return opened;
+        if (options_.choice.analysis.empty()) {
+            window_->showFirstResult();
+        } else if (options_.choice.component.empty()) {
+            const auto step = options_.choice.findStep(*window_->document());
+            if (!step) return step.error();
+            window_->showFirstResultOf(**step);
+        } else {
+            const auto table = options_.choice.find(*window_->document());
+            if (!table) return table.error();
+            window_->showResult(**table);
+        }
+        return {};
+    }
+
+    /// Does the script in the dialog, or in the main window without one.
+    void openDialog(std::vector<framework::DeskStep> steps, std::function<void()> atEnd) {
+        const bool shooting = static_cast<bool>(atEnd);
+        if (steps.empty() && options_.dialog.empty() && !shooting) return;
+        desk_->play(std::move(steps), shooting, std::move(atEnd));
+        if (!options_.dialog.empty())
+            openModuleDialog(*findModuleDialog(framework::fromUtf8(options_.dialog)), *window_->document(),
+                             framework::fromUtf8(options_.argument));
+        desk_->finishPlaying();
+        for (const std::wstring& problem : desk_->problems()) {
+            exitCode_ = kFailed;
+            fail(options_.script + ": " + framework::toUtf8(problem));
+        }
+    }
+
+    void shoot() {
+        QCoreApplication::processEvents();
+        QWidget* shown = options_.dialog.empty() ? window_ : desk_->widgetOf(GetActiveWindow());
+        if (!shown) {
+            exitCode_ = fail("the dialog " + options_.dialog + " did not open");
+            return;
+        }
+        if (const auto saved = savePicture(framedPicture(*shown), options_.screenshot); !saved)
+            exitCode_ = fail(saved.error().message);
+    }
+
+    Options options_;
+    QtDesktop* desk_ = nullptr;
+    MainWindow* window_ = nullptr;
+    int exitCode_ = kDone;
+};
+
+int runProgram(int argc, char** argv) {
+    Options options;
+    CLI::App app{kDescription, "vexa-desktop"};
+    app.footer(kFooter);
+    app.set_version_flag("--version", std::string("vexa-desktop ") + VEXA_VERSION);
+    addOptions(app, options);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? kDone : kUsage;
+    }
+    if (const std::string wrong = usageError(options); !wrong.empty()) {
+        fail(wrong);
+        return kUsage;
+    }
+    if (const std::string missing = chooseScreen(options); !missing.empty()) return fail(missing);
+    auto steps = readScript(options.script);
+    if (!steps) return fail(steps.error().message);
+    // Tried in a copy of this process, so before the toolkit has threads.
+    if (const auto drawable = drawingDisplay(&canDrawOn); !drawable) return fail(drawable.error().message);
+
+    int count = 1;
+    QApplication application(count, argv);
+    QApplication::setApplicationDisplayName("VEXA");
+    Program program(std::move(options));
+    return program.run(application, std::move(*steps));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    try {
+        return runProgram(argc, argv);
+    } catch (const std::bad_alloc&) {
+        return fail("there is not enough memory for this");
+    } catch (const std::exception& error) {
+        return fail(error.what());
+    }
+}

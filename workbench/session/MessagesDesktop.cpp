@@ -1,0 +1,80 @@
+#include "workbench/session/MessageTables.h"
+
+namespace workbench {
+namespace {
+
+constexpr Message kMessages[] = {
+    {"IDS_WB_ABORT", "Abort", "중단"},
+    {"IDS_WB_CHOOSE_RESULT", "Choose a component of a result in the tree to see it here.",
+     "트리에서 결과 성분을 선택하면 여기에 표시됩니다."},
+    {"IDS_WB_CLEAR_SELECTION", "&Clear selection", "선택 해제(&C)"},
+    {"IDS_WB_COLORS", "&Colour scale", "색상표(&C)"},
+    {"IDS_WB_COLORS_BLUE_RED", "Blue to red, white at zero", "파랑-빨강(0은 흰색)"},
+    {"IDS_WB_COLORS_CIVIDIS", "Cividis", "Cividis"},
+    {"IDS_WB_COLORS_GREY", "Grey, for print", "회색(인쇄용)"},
+    {"IDS_WB_COLORS_VIRIDIS", "Viridis", "Viridis"},
+    {"IDS_WB_COLOR_BANDS", "Colours in &bands", "색상 띠(&B)"},
+    {"IDS_WB_DEFORMATION", "Deformation", "변형"},
+    {"IDS_WB_DEFORMATION_AUTO", "Automatic", "자동"},
+    {"IDS_WB_DEFORMATION_OFF", "Off", "없음"},
+    {"IDS_WB_DEFORMATION_OUTLINE", "Outline of the &undeformed shape", "변형 전 윤곽(&U)"},
+    {"IDS_WB_DIALOG_ANAL_RESULT", "Results Graph of an &Analysis", "해석별 결과 그래프(&A)"},
+    {"IDS_WB_DIALOG_COMBINATION", "&Combination and Envelope...", "조합 및 포락(&C)..."},
+    {"IDS_WB_DIALOG_DYNAMIC_PLOT", "Dynamic Results &Plot", "동적 결과 도시(&P)"},
+    {"IDS_WB_DIALOG_DYNAMIC_SELECT", "&Dynamic Results Selection", "동적 결과 선택(&D)"},
+    {"IDS_WB_DIALOG_HISTORY", "&History Probes Graph", "이력 프로브 그래프(&H)"},
+    {"IDS_WB_DIALOG_OPT_MODEL", "Generate &Optimization Model...", "최적화 모델 생성(&O)..."},
+    {"IDS_WB_DIALOG_RESPONSE", "Response S&urface...", "반응 표면(&U)..."},
+    {"IDS_WB_DIALOG_RESULTS_GRAPH", "Results &Graph", "결과 그래프(&G)"},
+    {"IDS_WB_DIALOG_SAFETY", "Sa&fety Graph", "안전율 그래프(&F)"},
+    {"IDS_WB_DIALOG_SLOPE", "&Slope Stability FOS Result", "사면 안정 안전율 결과(&S)"},
+    {"IDS_WB_DIALOG_STAGEWISE", "Stagewise &Relative Displacement", "단계별 상대 변위(&R)"},
+    {"IDS_WB_EDGES", "&Edges", "모서리(&E)"},
+    {"IDS_WB_EDGES_FEATURES", "&Features", "특징선(&F)"},
+    {"IDS_WB_EDGES_MESH", "&Mesh", "요소망(&M)"},
+    {"IDS_WB_EDGES_NONE", "&None", "없음(&N)"},
+    {"IDS_WB_EXIT", "E&xit", "끝내기(&X)"},
+    {"IDS_WB_FATIGUE", "F&atigue", "피로(&A)"},
+    {"IDS_WB_FATIGUE_ALL", "&All definitions", "모든 정의(&A)"},
+    {"IDS_WB_FILE", "&File", "파일(&F)"},
+    {"IDS_WB_FIT", "&Whole model", "전체 보기(&W)"},
+    {"IDS_WB_IGNORE", "Ignore", "무시"},
+    {"IDS_WB_IMPORT", "&Import project deck...", "프로젝트 덱 가져오기(&I)..."},
+    {"IDS_WB_LANGUAGE", "&Language", "언어(&L)"},
+    {"IDS_WB_MODELS", "Models", "모델"},
+    {"IDS_WB_NO", "No", "아니요"},
+    {"IDS_WB_NO_MODEL", "Open a model or import a project deck from the File menu.",
+     "파일 메뉴에서 모델을 열거나 프로젝트 덱을 가져오십시오."},
+    {"IDS_WB_OPEN", "&Open...", "열기(&O)..."},
+    {"IDS_WB_OUTPUT", "Output", "출력"},
+    {"IDS_WB_PICK", "&Pick", "선택(&P)"},
+    {"IDS_WB_PICK_ELEMENTS", "&Elements", "요소(&E)"},
+    {"IDS_WB_PICK_NODES", "&Nodes", "절점(&N)"},
+    {"IDS_WB_PICTURES", "Pictures", "그림"},
+    {"IDS_WB_PROJECT_DECKS", "Project decks", "프로젝트 덱"},
+    {"IDS_WB_RESULTS", "Results", "결과"},
+    {"IDS_WB_RESULTS_MENU", "&Results", "결과(&R)"},
+    {"IDS_WB_RETRY", "Retry", "다시 시도"},
+    {"IDS_WB_SAVE", "&Save", "저장(&S)"},
+    {"IDS_WB_SAVED", "Saved: %s", "저장했습니다: %s"},
+    {"IDS_WB_SAVE_CHANGES", "Save the changes of %s?", "%s의 변경 내용을 저장하시겠습니까?"},
+    {"IDS_WB_SAVE_PICTURE", "Save &picture...", "그림 저장(&P)..."},
+    {"IDS_WB_UNITS", "&Units", "단위(&U)"},
+    {"IDS_WB_VIEW", "&View", "보기(&V)"},
+    {"IDS_WB_VIEW_BACK", "&Back", "뒤(&B)"},
+    {"IDS_WB_VIEW_BOTTOM", "B&ottom", "아래(&O)"},
+    {"IDS_WB_VIEW_FRONT", "&Front", "앞(&F)"},
+    {"IDS_WB_VIEW_ISO", "&Isometric", "등각(&I)"},
+    {"IDS_WB_VIEW_LEFT", "&Left", "왼쪽(&L)"},
+    {"IDS_WB_VIEW_RIGHT", "&Right", "오른쪽(&R)"},
+    {"IDS_WB_VIEW_TOP", "&Top", "위(&T)"},
+    {"IDS_WB_YES", "Yes", "예"},
+};
+
+} // namespace
+
+std::span<const Message> desktopMessages() {
+    return kMessages;
+}
+
+} // namespace workbench
