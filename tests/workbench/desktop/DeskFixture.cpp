@@ -161,8 +161,7 @@ std::string shownBy(QWidget& widget) {
             text << " " << box->checkState();
         else if (button->isCheckable())
             text << " " << button->isChecked();
-        if (auto* push = qobject_cast<QPushButton*>(button); push && push->isDefault())
-            text << " default";
+        if (auto* push = qobject_cast<QPushButton*>(button); push && push->isDefault()) text << " default";
     } else if (const auto* edit = qobject_cast<QLineEdit*>(&widget)) {
         text << edit->text().toStdString() << " [" << edit->selectedText().toStdString() << "]";
         if (edit->isReadOnly()) text << " fixed";
