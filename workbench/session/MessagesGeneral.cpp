@@ -19,7 +19,6 @@ constexpr Message kMessages[] = {
     {"IDS_QM_LIB_ERROR", "Error", "오류"},
     {"IDS_QM_OK", "OK", "확인"},
     {"IDS_VEXAGPS_Analysis_Result", "Results Graph", "결과 그래프"},
-    {"IDS_VEXAGPS_Correlation_Analysis", "Correlation Analysis", "상관 분석"},
     {"IDS_VEXAGPS_Dynamic_Results_Plot", "Dynamic Results Plot", "동적 결과 도시"},
     {"IDS_VEXAGPS_Dynamic_Results_Select", "Dialog", "대화 상자"},
     {"IDS_VEXAGPS_Generate_Optimization_Model", "Generate Optimization Model", "최적화 모델 생성"},
