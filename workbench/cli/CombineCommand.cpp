@@ -1,5 +1,5 @@
 #include "framework/text/CodePage.h"
-#include "host/GpsLinearCombCalculator.h"
+#include "workbench/cli/CombineDialog.h"
 #include "workbench/cli/Output.h"
 #include "workbench/import/Names.h"
 #include "workbench/results/Catalogue.h"
@@ -15,11 +15,6 @@ namespace workbench::cli {
 namespace {
 
 using nlohmann::json;
-
-/// The seam between the command line and what combines results: nonzero when the set was made.
-int combine(Document& document, T_COMB_ENVL_RESULT_D& request) {
-    return CGpsLinearCombCalculator(&document, document.GetActiveView()).GenerateSubCombResult(request, 1);
-}
 
 template <class T>
 std::vector<std::string> namesOf(const std::vector<T*>& children) {
@@ -131,7 +126,7 @@ class CombineCommand final : public Command {
         if (const auto filled = fill(**document, request); !filled) return fail(filled.error());
         // Before the work, so that it is not done in vain.
         if (const auto reserved = (*document)->reserve(); !reserved) return fail(reserved.error());
-        if (!combine(**document, request) || !host.lastCombination())
+        if (!combineInDialog(**document, request) || !host.lastCombination())
             return kFailed; // the cause was reported
         const CombinationReport& report = *host.lastCombination();
         if (const auto saved = (*document)->save(); !saved) {
@@ -154,11 +149,6 @@ class CombineCommand final : public Command {
             const auto names = namesOf(analyses);
             return Error{"the document has no analysis \"" + analysis_ + "\"" + hint(analysis_, names)};
         }
-        std::error_code unknown;
-        const auto file = combinationFile(document.path().parent_path(), name_);
-        if (std::filesystem::exists(file, unknown))
-            return Error{"the set name \"" + name_ + "\" is already used: " + file.string() +
-                         " is there; choose another name"};
         request.name = framework::fromUtf8(name_);
         request.combinationType = linear_ ? CombinationType::Linear : CombinationType::Envelope;
         for (int kind = 0; kind < static_cast<int>(std::size(kEnvelopes)); ++kind)

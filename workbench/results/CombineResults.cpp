@@ -28,6 +28,9 @@ std::string nameFault(const std::string& name) {
     if (const auto at = name.find_first_of(forbidden); at != std::string::npos)
         return "the name " + inQuotes(name) + " holds '" + name[at] +
                "'; it becomes part of a file name, where none of " + std::string(forbidden) + " may stand";
+    if (std::ranges::any_of(name, [](char c) { return (c >= 0 && c < ' ') || c == '\x7F'; }))
+        return "the name " + inQuotes(name) +
+               " holds a line break or another control character; it becomes part of a file name";
     if (name.front() == ' ' || name.back() == ' ' || name.back() == '.')
         return "the name " + inQuotes(name) + " begins or ends with a blank or ends with a point";
     return {};

@@ -73,6 +73,10 @@ TEST_F(CombineTest, MakesSetsThatOtherCommandsRead) {
     EXPECT_NE(succeed("vexa check cube.wkm").find("sound"), std::string::npos);
     EXPECT_NE(succeed("vexa combine --help").find("CASE[:STEP][*FACTOR]"), std::string::npos);
 
+    // Factors go through the dialog as they are, not as its list shows them.
+    succeed("vexa combine cube.wkm --analysis Static --name Exact --linear 'Pull*1.00000049'");
+    EXPECT_NEAR(atNode1("Exact", "stress xx"), 200.000098, 2e-5);
+
     fs::remove(folder_ / "_RCB_ULS.lmop");
     EXPECT_NE(run("vexa check cube.wkm").output.find("make it again with vexa combine"), std::string::npos);
     succeed("vexa combine cube.wkm --analysis Static --name ULS --linear Pull");
@@ -103,6 +107,8 @@ TEST_F(CombineTest, RefusesWithOneSentenceAndLeavesTheFiles) {
         {"", "--analysis Static --name '' --linear Pull", 1, "name of the new set is empty"},
         {"", "--analysis Static --name Static --linear Pull", 1, "already used by an analysis"},
         {"touch _RCB_N.lmop", "", 1, "\"N\" is already used"},
+        {"touch _RCB_N.lmop", "--lang ko --analysis Static --name N --linear Pull", 1, "이미 사용 중"},
+        {"", "--analysis Static --linear Pull --name 'two\nlines'", 1, "control character"},
         {"", "--analysis Static --name N Pull", 2, "--linear"},
         {"", "--analysis Static --name N --linear --envelope max Pull", 2, "--envelope"},
         {"", "--analysis Static --name N --envelope mean Pull", 2, "absmaxu"},
