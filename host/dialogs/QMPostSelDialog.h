@@ -1,18 +1,10 @@
 #pragma once
 
-#include "host/dialogs/Listeners.h"
+#include "host/dialogs/PostListenerDialog.h"
 #include "host/dialogs/QMSelDialog.h"
 
-/// The notifications of CQMPostDialog for a dialog with picking.
-class CQMPostSelDialog : public CQMSelDialog, public IQMUnitListener, public IQMPostUIListener {
+/// A dialog with picking that hears of its post-processing state.
+class CQMPostSelDialog : public PostListenerDialog<CQMSelDialog> {
   public:
-    using CQMSelDialog::CQMSelDialog;
-
-    void OnPostUpdate(unsigned) override {}
-    void OnChangeMode(int) override {}
-    void OnUnitChanged() override {}
-    CQMDocBase* GetUnitListenerDoc() override { return GetDocBase(); }
-    CQMViewBase* GetPostListenerView() override {
-        return GetDocBase() ? GetDocBase()->GetActiveView() : nullptr;
-    }
+    using PostListenerDialog::PostListenerDialog;
 };
