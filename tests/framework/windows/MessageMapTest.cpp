@@ -151,4 +151,60 @@ TEST_F(MessageMaps, HandlersGetTheirArguments) {
     EXPECT_EQ(g_heard, "destroy");
 }
 
+/// A combo box that hears its own notifications.
+class Hearing : public CComboBox {
+  public:
+    std::vector<std::string>* log = nullptr;
+    int consumes = 0;
+    CWnd* destroys = nullptr;
+
+  protected:
+    int OnChildNotify(UINT message, WPARAM wParam, LPARAM, LRESULT*) override {
+        if (message != WM_COMMAND || HIWORD(static_cast<LPARAM>(wParam)) != CBN_SELCHANGE) return 0;
+        log->push_back("control");
+        if (destroys) destroys->DestroyWindow();
+        return consumes;
+    }
+};
+
+class HeardDialog : public CDialog {
+  public:
+    std::vector<std::string> log;
+    int deleted = 0;
+
+  protected:
+    void OnKind() { log.push_back("dialog"); }
+    void PostNcDestroy() override { ++deleted; }
+    DECLARE_MESSAGE_MAP()
+};
+BEGIN_MESSAGE_MAP(HeardDialog, CDialog)
+ON_CBN_SELCHANGE(IDC_KIND, &HeardDialog::OnKind)
+END_MESSAGE_MAP()
+
+class ChildNotifications : public WindowTest {};
+
+TEST_F(ChildNotifications, ReachTheControlBeforeItsParent) {
+    HeardDialog dialog;
+    Hearing kind;
+    kind.log = &dialog.log;
+    ASSERT_TRUE(dialog.Create(IDD_CONTROLS));
+    ASSERT_TRUE(kind.SubclassDlgItem(IDC_KIND, &dialog));
+    for (const wchar_t* text : {L"a", L"b", L"c", L"d"})
+        kind.AddString(text);
+    dialog.ShowWindow(SW_SHOW);
+
+    framework::user::choose(kind.m_hWnd, 1);
+    EXPECT_EQ(joined(dialog.log), "control dialog");
+    dialog.log.clear();
+    kind.consumes = 1;
+    framework::user::choose(kind.m_hWnd, 2);
+    EXPECT_EQ(joined(dialog.log), "control");
+    dialog.log.clear();
+    kind.consumes = 0;
+    kind.destroys = &dialog; // nobody is left to hear it
+    framework::user::choose(kind.m_hWnd, 3);
+    EXPECT_EQ(joined(dialog.log), "control");
+    EXPECT_EQ(dialog.deleted, 1);
+}
+
 } // namespace
