@@ -74,19 +74,28 @@ NewDialog makeOptimizedModel(const Opening& opening) {
     return std::make_unique<CGpsGenerateOptModelDlg>(opening.view, opening.doc, opening.main);
 }
 
-int createByClass(CQMDialog& dialog) {
+int createByClass(CQMDialog& dialog, const Opening&) {
     return dialog.Create(nullptr);
 }
 
 /// Whatever Create the class has.
-int createSafetyGraph(CQMDialog& dialog) {
+int createSafetyGraph(CQMDialog& dialog, const Opening&) {
     return dialog.Create(IDD_SAFETY_GRAPH, nullptr);
+}
+
+/// The design reaches a dialog that could not be made and is about to go, never one that is shown: modeless,
+/// this dialog takes none.
+int createOptimizedModel(CQMDialog& dialog, const Opening& opening) {
+    if (dialog.Create(nullptr)) return 1;
+    if (const auto* design = static_cast<const tagTDgnaGUI*>(opening.p1))
+        static_cast<CGpsGenerateOptModelDlg&>(dialog).SetDesign(*design);
+    return 0;
 }
 
 struct ModelessRow {
     const char* name;
     NewDialog (*make)(const Opening& opening);
-    int (*create)(CQMDialog& dialog);
+    int (*create)(CQMDialog& dialog, const Opening& opening);
 };
 
 constexpr ModelessRow kModeless[] = {
@@ -98,7 +107,7 @@ constexpr ModelessRow kModeless[] = {
     {"CVEXAGpsDynamicResultsPlotDlg", &makePlain<CVEXAGpsDynamicResultsPlotDlg>, &createByClass},
     {"CVEXAGpsSafetyGraphDlg", &makeSafetyGraph, &createSafetyGraph},
     {"CVEXAGpsStagewiseRelDispDlg", &makeRelativeDisplacement, &createByClass},
-    {"CGpsGenerateOptModelDlg", &makeOptimizedModel, &createByClass},
+    {"CGpsGenerateOptModelDlg", &makeOptimizedModel, &createOptimizedModel},
 };
 
 std::int64_t runCombination(const Opening& opening) {
@@ -156,7 +165,7 @@ std::int64_t IVEXAGpsDialog::DoModeless(CQMDocBase* doc, const wchar_t* classNam
     if (!row) return 0;
     NewDialog dialog = row->make(*opening);
     dialog->SetInitPos(InitialPlace::MainWindow, 0, opening->offset);
-    if (!row->create(*dialog)) return 0; // the object goes here, with what it was given
+    if (!row->create(*dialog, *opening)) return 0; // the object goes here
     // From here on it belongs to its window, which a handler may destroy.
     const HWND window = dialog.release()->m_hWnd;
     ShowWindow(window, SW_SHOW);
