@@ -177,7 +177,7 @@ void CVEXAGpsResultCombinationDlg::RefreshItems() {
 
 /// The set that was just made can be combined, too. Items go with their results.
 void CVEXAGpsResultCombinationDlg::OnPostUpdate(unsigned flags) {
-    if (!(flags & PostUpdate::Tree)) return;
+    if (!(flags & PostUpdate::Tree) || !GetDocBase()) return;
     const CPOHManager* tree = GetDocBase()->GetPOHManager();
     for (std::size_t i = m_items.GetSize(); i-- > 0;)
         if (!tree || !combination::isInTree(*tree, m_items[i])) m_items.RemoveAt(i);
