@@ -96,6 +96,10 @@ void ContourView::fit() {
 }
 
 void ContourView::setMarks(std::vector<PictureMark> marks) {
+    const auto ofElements = [](const std::vector<PictureMark>& all) {
+        return std::ranges::count(all, PictureMark::Kind::Element, &PictureMark::kind);
+    };
+    if (ofElements(marks_) + ofElements(marks) > 0) scene_->forget(); // their edges are a part of the model
     marks_ = std::move(marks);
     changed();
 }

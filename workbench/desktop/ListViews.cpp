@@ -149,9 +149,9 @@ class RowsModel final : public QAbstractTableModel {
             columns_ = columns;
             endResetModel();
         } else if (rows > 0) {
-            emit dataChanged(index(0, 0), index(rows - 1, columns - 1));
+            Q_EMIT dataChanged(index(0, 0), index(rows - 1, columns - 1));
         }
-        emit headerDataChanged(Qt::Horizontal, 0, columns - 1);
+        Q_EMIT headerDataChanged(Qt::Horizontal, 0, columns - 1);
         return resized;
     }
 

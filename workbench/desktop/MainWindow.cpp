@@ -90,7 +90,9 @@ void MainWindow::makeDocks() {
     deformation_ = new QComboBox(tools_);
     deformation_->setEditable(true);
     deformation_->setInsertPolicy(QComboBox::NoInsert);
+    deformation_->setCompleter(nullptr);
     deformation_->setMinimumWidth(110);
+    connect(deformation_->lineEdit(), &QLineEdit::returnPressed, this, [this] { readDeformation(); });
     connect(deformation_, &QComboBox::activated, this, [this] { readDeformation(); });
     tools_->addWidget(deformationLabel_);
     tools_->addWidget(deformation_);
@@ -221,6 +223,8 @@ void MainWindow::picked(std::optional<std::uint32_t> index, bool adds) {
             marks_.push_back({*index, shown.labelOf(kind, *index), kind});
         }
     }
+    for (PictureMark& mark : marks_) // the older ones may have the values of another result
+        mark.label = shown.labelOf(mark.kind, mark.index);
     readout_->setText(index ? QString::fromStdString(shown.readoutOf(kind, *index)) : QString());
     view_->setMarks(marks_);
 }
@@ -322,7 +326,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     if (busy || !mayClose())
         event->ignore();
     else
-        event->accept();
+        QCoreApplication::exit(0); // with all dialogs that are open
 }
 
 void MainWindow::resizeEvent(QResizeEvent* event) {

@@ -8,6 +8,7 @@ namespace workbench::desktop {
 namespace {
 
 enum Kind { kAnalysis = QTreeWidgetItem::UserType, kCase, kStep, kComponent };
+constexpr int kRowHeight = 18;
 constexpr int kKey = Qt::UserRole; ///< key of an analysis, position of a case or step, id of a component
 
 ResultPlace placeOfItem(const QTreeWidgetItem& item) {
@@ -35,6 +36,7 @@ QTreeWidgetItem* add(QTreeWidgetItem& parent, Kind kind, const QString& text, qu
     auto* item = new QTreeWidgetItem(&parent, kind);
     item->setText(0, text);
     item->setToolTip(0, text);
+    item->setSizeHint(0, {0, kRowHeight});
     item->setData(0, kKey, key);
     return item;
 }

@@ -144,6 +144,7 @@ void ContourDrawing::show(const ContourPose& pose) {
     picture_.view = pose.view;
     picture_.zoom = pose.zoom;
     picture_.marks = pose.marks;
+    if (markedElements(picture_) != marked_) makeSurface();
     layOut();
 }
 
@@ -155,21 +156,26 @@ Result<void> ContourDrawing::prepareSurface() {
     }
     if (faces_->empty())
         return Error{"the mesh has no element that can be drawn: it needs solids, planes, lines or points"};
-    SurfaceInput input;
-    input.values = picture_.values;
-    input.valuedElements = picture_.valuedElements;
-    input.meshEdges = picture_.edges == PictureEdges::Mesh;
     if (!picture_.displacements.empty()) {
         if (auto done = deform(); !done) return done;
-        input.restPositions = picture_.mesh.nodePositions;
-        input.restOutline = picture_.restOutline;
+        restPositions_ = picture_.mesh.nodePositions;
         picture_.mesh.nodePositions = deformed_;
     }
-    input.positions = picture_.mesh.nodePositions;
-    const std::vector<std::uint32_t> marked = markedElements(picture_);
-    input.markedElements = marked;
-    surface_ = contourSurfaceOf(*faces_, input, *levels_);
+    makeSurface();
     return {};
+}
+
+void ContourDrawing::makeSurface() {
+    marked_ = markedElements(picture_);
+    SurfaceInput input;
+    input.positions = picture_.mesh.nodePositions;
+    input.restPositions = restPositions_;
+    input.values = picture_.values;
+    input.valuedElements = picture_.valuedElements;
+    input.markedElements = marked_;
+    input.meshEdges = picture_.edges == PictureEdges::Mesh;
+    input.restOutline = picture_.restOutline && !restPositions_.empty();
+    surface_ = contourSurfaceOf(*faces_, input, *levels_);
 }
 
 Result<void> ContourDrawing::deform() {

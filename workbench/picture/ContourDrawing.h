@@ -32,7 +32,8 @@ class ContourDrawing {
                                                         std::shared_ptr<const SurfaceFaces> faces = nullptr,
                                                         TextWidth measure = sceneTextWidth());
 
-    /// Looks at it otherwise. View and marks must be ones that make() accepts.
+    /// Looks at it otherwise. View and marks must be ones that make() accepts. With other elements marked the
+    /// surface is made anew.
     void show(const ContourPose& pose);
 
     Result<Image> pixels() const;
@@ -55,6 +56,7 @@ class ContourDrawing {
     Result<void> prepare();
     Result<void> prepareSurface();
     Result<void> deform();
+    void makeSurface();
     void layOut();
     /// Whole pixels around the model, with room for the width of its lines and dots.
     PixelBox imageBox() const;
@@ -67,6 +69,8 @@ class ContourDrawing {
     std::optional<PictureColors> colors_;
     ColorTable table_;
     std::vector<std::array<double, 3>> deformed_;
+    std::span<const std::array<double, 3>> restPositions_; ///< before deformation; empty without
+    std::vector<std::uint32_t> marked_;                    ///< elements, ascending
     ContourSurface surface_;
     ViewCamera camera_;
     std::optional<PictureLayout> layout_;
