@@ -74,7 +74,7 @@ void MainWindow::makeDocks() {
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     addDockWidget(Qt::LeftDockWidgetArea, treeDock_);
     addDockWidget(Qt::BottomDockWidgetArea, outputDock_);
-    resizeDocks({treeDock_}, {240}, Qt::Horizontal);
+    resizeDocks({treeDock_}, {280}, Qt::Horizontal);
     resizeDocks({outputDock_}, {90}, Qt::Vertical);
 
     readout_ = new QLabel(this);
