@@ -144,7 +144,8 @@ void MainWindow::showResult(CVResult& table) {
     showPlace(placeOf(table), false);
 }
 
-void MainWindow::showPlace(const ResultPlace& place, bool keepView) {
+/// Takes a copy of the place: that of the result that is shown goes with it.
+void MainWindow::showPlace(ResultPlace place, bool keepView) {
     CVResult* table = document_ ? tableAt(*document_, place) : nullptr;
     if (!table) return;
     const bool first = !view_->result();

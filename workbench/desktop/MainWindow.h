@@ -65,7 +65,7 @@ class MainWindow final : public QMainWindow {
     void runFatigueOf(const std::vector<ItrKey>& definitions);
     void report(const std::string& message);
     void treeChanged();
-    void showPlace(const ResultPlace& place, bool keepView);
+    void showPlace(ResultPlace place, bool keepView);
     void showAgain();
     void picked(std::optional<std::uint32_t> index, bool adds);
     void clearSelection();
