@@ -237,6 +237,12 @@ int runProgram(int argc, char** argv) {
     // Tried in a copy of this process, so before the toolkit has threads.
     if (const auto drawable = drawingDisplay(&canDrawOn); !drawable) return fail(drawable.error().message);
 
+    // Without a display the toolkit warns of what a screen would do.
+    if (!options.screenshot.empty())
+        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+            if (type == QtCriticalMsg || type == QtFatalMsg)
+                std::fprintf(stderr, "%s\n", text.toUtf8().constData());
+        });
     int count = 1;
     QApplication application(count, argv);
     QApplication::setApplicationDisplayName("VEXA");
