@@ -2,7 +2,7 @@
 
 #define XXH_STATIC_LINKING_ONLY // for the size of the state
 #include <xxhash.h>
-#ifdef __x86_64__
+#if defined(__x86_64__) && !defined(XXH_INLINE_ALL)
 #include <xxh_x86dispatch.h> // the widest registers that the processor has
 #endif
 

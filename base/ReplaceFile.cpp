@@ -1,10 +1,6 @@
 #include "base/ReplaceFile.h"
 
-#include <fcntl.h>
-#include <stdio.h>
 #include <string.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
@@ -29,49 +25,13 @@ fs::path folderOf(const fs::path& path) {
     return path.has_parent_path() ? path.parent_path() : fs::path(".");
 }
 
-/// fsync of a file or folder by path; the error number, 0 on success.
-int flushToDisk(const fs::path& path) {
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0) return errno;
-    const int failed = ::fsync(fd) != 0 ? errno : 0;
-    ::close(fd);
-    return failed;
-}
-
-enum class Lock { Taken, HeldElsewhere, Unknown };
-
-/// Locks one byte far behind the data, where no reader, writer or database looks. The lock belongs to the
-/// open file: it ends when the descriptor is closed, also by the death of the process, and not before.
-Lock tryLock(int fd) {
-#ifdef F_OFD_SETLK
-    struct flock range {};
-    range.l_type = F_WRLCK;
-    range.l_whence = SEEK_SET;
-    range.l_start = off_t{1} << (sizeof(off_t) * 8 - 3);
-    range.l_len = 1;
-    if (::fcntl(fd, F_OFD_SETLK, &range) == 0) return Lock::Taken;
-    if (errno == EAGAIN || errno == EACCES) return Lock::HeldElsewhere;
-#else
-    static_cast<void>(fd);
-#endif
-    return Lock::Unknown;
-}
-
-bool sameFile(int fd, const fs::path& path) {
-    struct stat opened {};
-    struct stat named {};
-    return ::fstat(fd, &opened) == 0 && ::lstat(path.c_str(), &named) == 0 && S_ISREG(opened.st_mode) &&
-           opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
-}
-
-/// A descriptor of an abandoned file, which is locked by it; -1 when the file is not abandoned.
-int lockAbandoned(const fs::path& path) {
-    const int fd = ::open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
-    if (fd < 0) return -1;
+/// The lock on an abandoned file; not open when the file is not abandoned.
+FileLock lockAbandoned(const fs::path& path) {
+    FileLock lock;
+    if (lock.open(path, false) != 0) return {};
     // The file may have got another name, and another file this one, before the lock was taken.
-    if (tryLock(fd) == Lock::Taken && sameFile(fd, path)) return fd;
-    ::close(fd);
-    return -1;
+    if (lock.tryLock() == FileLock::State::Taken && lock.isFileAt(path)) return lock;
+    return {};
 }
 
 void removeLeftovers(const fs::path& folder) {
@@ -85,13 +45,13 @@ fs::path temporaryName(const fs::path& target) {
     static std::atomic<unsigned> count{0};
     fs::path name = target;
     name += kTemporaryMark;
-    name += std::to_string(::getpid()) + "-" + std::to_string(++count);
+    name += std::to_string(processNumber()) + "-" + std::to_string(++count);
     return name;
 }
 
 struct TemporaryFile {
     fs::path path;
-    int lock = -1;
+    FileLock lock;
 };
 
 /// A new temporary file for `target`; only its name where it cannot be created.
@@ -100,25 +60,15 @@ TemporaryFile createTemporary(const fs::path& target) {
     TemporaryFile file;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         file.path = temporaryName(target);
-        file.lock = ::open(file.path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (file.lock < 0 && errno == EEXIST) continue; // of a process with this number on another machine
-        if (file.lock < 0) return file;
+        const int failed = file.lock.create(file.path);
+        if (failed == EEXIST) continue; // of a process with this number on another machine
+        if (failed) return file;
         // Between creation and lock another program may have taken it for a leftover.
-        if (tryLock(file.lock) != Lock::HeldElsewhere && sameFile(file.lock, file.path)) return file;
-        ::close(std::exchange(file.lock, -1));
+        if (file.lock.tryLock() != FileLock::State::HeldElsewhere && file.lock.isFileAt(file.path))
+            return file;
+        file.lock.close();
     }
     return file;
-}
-
-/// Renames unless something stands under the new name; the error number, 0 on success.
-int renameWithoutReplacing(const fs::path& from, const fs::path& to) {
-#ifdef RENAME_NOREPLACE
-    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return 0;
-    if (errno != EINVAL && errno != ENOSYS) return errno;
-#endif
-    if (::link(from.c_str(), to.c_str()) != 0) return errno;
-    ::unlink(from.c_str());
-    return 0;
 }
 
 } // namespace
@@ -128,18 +78,17 @@ ReplacedFile::ReplacedFile(fs::path target)
     removeLeftovers(folderOf(target_));
     auto created = createTemporary(target_);
     temporary_ = std::move(created.path);
-    lock_ = created.lock;
+    lock_ = std::move(created.lock);
 }
 
 ReplacedFile::ReplacedFile(ReplacedFile&& other) noexcept
     : target_(std::move(other.target_))
     , temporary_(std::exchange(other.temporary_, {}))
-    , lock_(std::exchange(other.lock_, -1)) {}
+    , lock_(std::move(other.lock_)) {}
 
 ReplacedFile::~ReplacedFile() {
     std::error_code ignored;
     if (!temporary_.empty()) fs::remove(temporary_, ignored);
-    if (lock_ >= 0) ::close(lock_);
 }
 
 Result<void> ReplacedFile::flush() const {
@@ -164,7 +113,9 @@ Result<void> ReplacedFile::commit() {
     if (auto flushed = flush(); !flushed) return flushed;
     std::error_code error;
     fs::rename(temporary_, target_, error);
-    if (error) return Error{"cannot replace " + target_.string() + ": " + systemErrorText(error.value())};
+    if (error)
+        return Error{"cannot replace " + target_.string() + ": " +
+                     systemErrorText(error.default_error_condition().value())};
     named();
     return {};
 }
@@ -198,45 +149,32 @@ bool isTemporaryName(const fs::path& name) {
 }
 
 bool isAbandoned(const fs::path& path) {
-    const int fd = lockAbandoned(path);
-    if (fd >= 0) ::close(fd);
-    return fd >= 0;
+    return lockAbandoned(path).isOpen();
 }
 
 bool removeAbandoned(const fs::path& path) {
-    const int fd = lockAbandoned(path);
-    if (fd < 0) return false;
-    const bool removed = ::unlink(path.c_str()) == 0;
-    ::close(fd);
-    return removed;
+    const FileLock lock = lockAbandoned(path);
+    std::error_code error;
+    return lock.isOpen() && fs::remove(path, error);
 }
-
-FileInWork::~FileInWork() {
-    if (lock_ >= 0) ::close(lock_);
-}
-
-FileInWork::FileInWork(FileInWork&& other) noexcept
-    : lock_(std::exchange(other.lock_, -1)) {}
 
 bool FileInWork::mark(const fs::path& path) {
-    const int fd = ::open(path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK);
-    if (fd < 0) return true;
-    if (tryLock(fd) == Lock::HeldElsewhere) {
-        ::close(fd);
-        return false;
-    }
-    if (lock_ >= 0) ::close(lock_);
-    lock_ = fd;
+    FileLock lock;
+    if (lock.open(path, true) != 0) return true;
+    if (lock.tryLock() == FileLock::State::HeldElsewhere) return false;
+    lock_ = std::move(lock);
     return true;
 }
 
 bool takeName(const fs::path& existing, const fs::path& name) {
-    struct stat standing {};
-    if (::lstat(name.c_str(), &standing) == 0 && !isAbandoned(name)) return false;
+    std::error_code error;
+    if (fs::exists(fs::symlink_status(name, error)) && !isAbandoned(name)) return false;
     const fs::path step = temporaryName(name);
-    if (::link(existing.c_str(), step.c_str()) != 0) return false;
-    const bool taken = ::rename(step.c_str(), name.c_str()) == 0;
-    if (!taken) ::unlink(step.c_str());
+    fs::create_hard_link(existing, step, error);
+    if (error) return false;
+    fs::rename(step, name, error);
+    const bool taken = !error;
+    if (!taken) fs::remove(step, error);
     return taken;
 }
 

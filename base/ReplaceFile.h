@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/FileLock.h"
 #include "base/Result.h"
 
 #include <filesystem>
@@ -37,7 +38,7 @@ class ReplacedFile {
 
     std::filesystem::path target_;
     std::filesystem::path temporary_;
-    int lock_ = -1; ///< descriptor of the file
+    FileLock lock_;
 };
 
 /// `name` with "~" and `number` before its extension: "a.lmop" and 2 give "a~2.lmop".
@@ -55,17 +56,12 @@ bool removeAbandoned(const std::filesystem::path& path);
 /// The same mark on a file that stands: whoever works long on a file that it will change holds it meanwhile.
 class FileInWork {
   public:
-    FileInWork() = default;
-    ~FileInWork();
-    FileInWork(FileInWork&& other) noexcept;
-    FileInWork& operator=(FileInWork&&) = delete;
-
     /// False when another program or object holds the mark. Files that cannot be marked count as marked: no
     /// right to write, a file system without locks.
     bool mark(const std::filesystem::path& path);
 
   private:
-    int lock_ = -1;
+    FileLock lock_;
 };
 
 /// Gives the file `existing` the second name `name` in the same folder, in one move, in the place of an

@@ -169,21 +169,22 @@ std::optional<RunFailure> explainNode(const RunSettings& settings, std::int32_t 
                        std::to_string(found->first) + " to " + std::to_string(found->last)});
 
     const std::string title = "Node " + std::to_string(node);
-    const std::string start =
-        stem ? stem->string()
-             : (settings.interfaceFile.parent_path() / ("node_" + std::to_string(node))).string();
+    const std::filesystem::path start =
+        stem ? *stem : settings.interfaceFile.parent_path() / ("node_" + std::to_string(node));
     const CycleReport& worst = worstReport(found->reports);
     summarize(*definition, found->reports, title, out);
     for (const std::string& note : notes)
         out << note << '\n';
-    const std::pair<std::string, std::string> files[] = {
-        {start + "_cycles.csv", cyclesCsv(found->reports)},
-        {start + "_history.svg", history(*definition, *plan, worst, title)},
-        {start + "_matrix.svg", matrix(*definition, *plan, worst, title)}};
-    for (const auto& [path, text] : files) {
+    const std::pair<const char*, std::string> files[] = {
+        {"_cycles.csv", cyclesCsv(found->reports)},
+        {"_history.svg", history(*definition, *plan, worst, title)},
+        {"_matrix.svg", matrix(*definition, *plan, worst, title)}};
+    for (const auto& [ending, text] : files) {
+        std::filesystem::path path = start;
+        path += ending;
         if (const auto written = writeWhole(path, text); !written)
             return RunFailure{kCannotWrite, written.error()};
-        out << "Written: " << path << '\n';
+        out << "Written: " << path.string() << '\n';
     }
     return std::nullopt;
 }

@@ -10,7 +10,8 @@ namespace solver {
 namespace {
 
 // Once more for processors with wider registers; which one runs is chosen at start. Rounding is the same.
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(__SANITIZE_ADDRESS__)
+#if defined(__x86_64__) && defined(__ELF__) && defined(__GNUC__) && !defined(__clang__) &&                   \
+    !defined(__SANITIZE_ADDRESS__)
 #define VEXA_WIDE __attribute__((target_clones("avx512f", "avx2", "default")))
 #else
 #define VEXA_WIDE

@@ -1,20 +1,27 @@
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+
+/// The path that a text in UTF-8 names on every platform.
+inline std::filesystem::path pathOf(std::string_view utf8) {
+    return std::u8string(utf8.begin(), utf8.end());
+}
 
 /// A folder of the test's own that goes with the object.
 class TemporaryFolder {
   public:
     TemporaryFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "vexa-test-XXXXXX").string();
-        if (!::mkdtemp(name.data())) throw std::runtime_error("cannot make " + name);
-        path_ = name;
+        std::random_device random;
+        const std::filesystem::path parent = std::filesystem::temp_directory_path();
+        do
+            path_ = parent / ("vexa-test-" + std::to_string(random()));
+        while (!std::filesystem::create_directory(path_)); // throws where nothing can be made
     }
     ~TemporaryFolder() {
         std::error_code ignored;
@@ -25,6 +32,8 @@ class TemporaryFolder {
 
     const std::filesystem::path& path() const { return path_; }
     std::filesystem::path operator/(const std::filesystem::path& name) const { return path_ / name; }
+    std::filesystem::path operator/(const char* utf8) const { return path_ / pathOf(utf8); }
+    std::filesystem::path operator/(const std::string& utf8) const { return path_ / pathOf(utf8); }
 
   private:
     std::filesystem::path path_;

@@ -1,6 +1,6 @@
 #include "base/Checksum.h"
 #include "solver/StrainLife.h"
-#include "tests/solver/RunHarness.h"
+#include "tests/solver/program/RunHarness.h"
 #include "tests/support/RandomIntegers.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 #include "base/Checksum.h"
-#include "tests/solver/RunHarness.h"
+#include "tests/solver/program/RunHarness.h"
 
 #include <gtest/gtest.h>
 
@@ -73,7 +73,8 @@ TEST(Check, RefusesWithTheSentenceOfTheRun) {
     };
     const auto sound = [](std::string&) {};
     const Row rows[] = {
-        {[](Content&) {}, [](std::string& bytes) { bytes.pop_back(); }, "announces 1 loads, but the rest of the file has room for 0"},
+        {[](Content&) {}, [](std::string& bytes) { bytes.pop_back(); },
+         "announces 1 loads, but the rest of the file has room for 0"},
         {[](Content&) {}, [](std::string& bytes) { bytes += '\0'; }, "follow"},
         {[](Content&) {}, [](std::string& bytes) { bytes[0] = 5; }, "record 1 (file name) at byte 0"},
         {[](Content& c) { c.nodes[1].tensors[0][5] = std::numeric_limits<double>::infinity(); }, sound,

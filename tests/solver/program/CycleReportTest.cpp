@@ -1,7 +1,7 @@
 #include "solver/CycleReport.h"
 
 #include "solver/InterfaceReader.h"
-#include "tests/solver/RunHarness.h"
+#include "tests/solver/program/RunHarness.h"
 
 #include <gtest/gtest.h>
 

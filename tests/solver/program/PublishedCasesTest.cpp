@@ -1,5 +1,5 @@
 #include "solver/StrainLife.h"
-#include "tests/solver/RunHarness.h"
+#include "tests/solver/program/RunHarness.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-#include "tests/solver/RunHarness.h"
 #include "tests/solver/SvgSheet.h"
+#include "tests/solver/program/RunHarness.h"
 
 #include <gtest/gtest.h>
 
