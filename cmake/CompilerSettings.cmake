@@ -16,3 +16,18 @@ if(VEXA_SANITIZE)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer -O1 -g1)
     add_link_options(-fsanitize=address,undefined)
 endif()
+
+# vexa_exports(TARGET LIST): keeps instances of the standard library inside a shared library, and tests that it shows
+# just what the list names.
+function(vexa_exports target list)
+    cmake_path(ABSOLUTE_PATH list)
+    if(NOT WIN32)
+        set(script ${PROJECT_SOURCE_DIR}/cmake/standard-library.version)
+        target_link_options(${target} PRIVATE -Wl,--version-script=${script})
+        set_target_properties(${target} PROPERTIES LINK_DEPENDS ${script})
+    endif()
+    if(VEXA_TESTS)
+        add_test(NAME exports_${target}
+            COMMAND ${PROJECT_SOURCE_DIR}/scripts/check-exports $<TARGET_FILE:${target}> ${list})
+    endif()
+endfunction()

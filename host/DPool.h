@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "host/records/Analysis.h"
 #include "host/records/Fatigue.h"
 #include "host/records/ItrKey.h"
@@ -87,7 +88,7 @@ class DPoolElem : public DPoolOf<tagTElem, PoolId::Elem> {
     virtual std::vector<ItrKey> GetItrSetByItrPropSet(const std::vector<ItrKey>& propertyKeys) const = 0;
 };
 
-class DPoolProp : public DPoolOf<tagTProp, PoolId::Prop> {
+class VEXA_API DPoolProp : public DPoolOf<tagTProp, PoolId::Prop> {
   public:
     /// The materials of a property; empty when the property is unknown.
     virtual std::vector<ItrKey> GetMatlItr(ItrKey propertyKey) const = 0;
@@ -95,7 +96,7 @@ class DPoolProp : public DPoolOf<tagTProp, PoolId::Prop> {
     int GetThickness(ItrKey propertyKey, double& thickness) const;
 };
 
-class DPoolVXMcas : public DPoolOf<tagTVXMcas, PoolId::VXMcas> {
+class VEXA_API DPoolVXMcas : public DPoolOf<tagTVXMcas, PoolId::VXMcas> {
   public:
     /// A free name for a copy: `name` + "_1", "_2", ..., shortened before the number where it would pass the
     /// 64 characters of an analysis name.
@@ -103,7 +104,7 @@ class DPoolVXMcas : public DPoolOf<tagTVXMcas, PoolId::VXMcas> {
 };
 
 /// The project as a whole. It has no records of its own; the session must outlive it.
-class DPoolProj final : public IDPool {
+class VEXA_API DPoolProj final : public IDPool {
   public:
     static constexpr PoolId kId = PoolId::Proj;
     explicit DPoolProj(const CQMDBSession& session)

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "framework/Export.h"
+
 #include <string>
 
 /// File-name helpers. Paths may have either separator; a folder keeps its separator at the end. Only the
 /// last path component has an extension.
-class CFileCtrl {
+class VEXA_API CFileCtrl {
   public:
     static bool FileExists(const std::wstring& path);              ///< a file, not a folder
     static std::wstring GetFilePath(const std::wstring& path);     ///< the folder, with its separator

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/containers/Array.h"
 #include "host/POHTree.h"
 
@@ -45,7 +46,7 @@ struct T_COMB_ENVL_RESULT_D {
 };
 
 /// The host's combination calculator.
-class CGpsLinearCombCalculator {
+class VEXA_API CGpsLinearCombCalculator {
   public:
     /// `view` may be null. Both must live longer.
     CGpsLinearCombCalculator(CQMDocBase* doc, CQMViewBase* view)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "host/MSGFunction.h"
 #include "host/QMAppBase.h"
 #include "host/QMCommandObj.h"
@@ -59,7 +60,7 @@ class IHostServices {
 
 /// Registers the host for this process (null takes it away) and answers the previous one. Its error output
 /// also gets the causes that no message handler handled.
-IHostServices* RegisterHostServices(IHostServices* services);
+VEXA_API IHostServices* RegisterHostServices(IHostServices* services);
 
 /// The registered host; throws std::logic_error when there is none.
-IHostServices& HostServices();
+VEXA_API IHostServices& HostServices();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "host/QMDocBase.h"
 
 #include <span>
@@ -7,7 +8,7 @@
 
 /// The values of one result table for the whole mesh, copied, so that they stay when the table leaves memory.
 /// NaN where the table has no value. Document and view are the caller's; the view may be null.
-class CPDLItem {
+class VEXA_API CPDLItem {
   public:
     CPDLItem(CQMDocBase* doc, CQMViewBase* view)
         : m_pDoc(doc)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "framework/Export.h"
+
 /// Categories of result types.
 enum class ResultCategory : int {
     None = 0, ///< a code of no category below
@@ -15,7 +17,7 @@ enum class ResultCategory : int {
     PlaneStrain = 15,
 };
 
-class IPostAPI {
+class VEXA_API IPostAPI {
   public:
     /// The category of a result-type code: its hundreds for codes of three digits, its first three digits for
     /// longer ones (stresses and strains of an element kind are one category).

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "framework/Export.h"
+
 #include <string>
 #include <utility>
 #include <vector>
@@ -10,7 +12,7 @@ class CQMDocBase;
 using CommandParameters = std::vector<std::pair<std::wstring, std::wstring>>;
 
 /// A named command of the host with its parameters.
-class CQMCommandObj {
+class VEXA_API CQMCommandObj {
   public:
     CQMCommandObj(std::wstring name, CQMDocBase* doc)
         : m_strName(std::move(name))

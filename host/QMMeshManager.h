@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "host/QMDocBase.h"
 
 #include <array>
@@ -9,7 +10,7 @@
 
 /// The mesh of a document by its sets and by its nodes. For the mesh that the document has when the object is
 /// made: make a new one after the mesh changed.
-class CQMMeshManager {
+class VEXA_API CQMMeshManager {
   public:
     explicit CQMMeshManager(CQMDocBase& doc);
     /// Keys of the elements of the sets, ascending and each once; see CQMMeshUtil.

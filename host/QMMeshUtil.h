@@ -1,11 +1,12 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "host/QMDBSession.h"
 
 #include <vector>
 
 /// Questions about mesh sets and elements of a model database, which must outlive the object.
-class CQMMeshUtil {
+class VEXA_API CQMMeshUtil {
   public:
     explicit CQMMeshUtil(CQMDBSession& session)
         : m_session(session) {}

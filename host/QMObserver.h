@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/WindowTypes.h"
 
 #include <cstddef>
@@ -8,7 +9,7 @@
 class CQMSubject;
 
 /// Somebody who is told what happens to a subject. Takes itself off its subjects when it goes.
-class CQMObserver {
+class VEXA_API CQMObserver {
   public:
     CQMObserver() = default;
     virtual ~CQMObserver();
@@ -23,7 +24,7 @@ class CQMObserver {
 };
 
 /// Something that others observe. Observers may come and go while they are told.
-class CQMSubject {
+class VEXA_API CQMSubject {
   public:
     CQMSubject() = default;
     virtual ~CQMSubject();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "framework/Export.h"
+
 /// Kinds of quantities that the host converts.
 namespace UnitKind {
 inline constexpr int None = 0;
@@ -17,7 +19,7 @@ inline constexpr int Stress = 18;
 } // namespace UnitKind
 
 /// Unit conversion. The database keeps its own (default) unit system; the current one is for display.
-class CQMUnitCtrl {
+class VEXA_API CQMUnitCtrl {
   public:
     /// Factor from database units to the current unit system for a kind of quantity; 1 for unknown kinds.
     static double GetConvertFactorCurrent(int kind);

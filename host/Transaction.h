@@ -1,12 +1,14 @@
 #pragma once
 
+#include "framework/Export.h"
+
 #include <string>
 
 class CQMDocBase;
 
 /// Brackets changes of the model database so that they can be undone as one step. A transaction that is
 /// neither committed nor rolled back is rolled back when its object goes.
-class CTransaction {
+class VEXA_API CTransaction {
   public:
     explicit CTransaction(CQMDocBase& doc)
         : m_doc(doc) {}

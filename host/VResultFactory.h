@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "host/PostAPI.h"
 #include "host/VResult.h"
 
@@ -15,7 +16,7 @@ class IVResultFactory {
 };
 
 /// The factories of the process by result category.
-class CVResultFactoryManager {
+class VEXA_API CVResultFactoryManager {
   public:
     static CVResultFactoryManager& GetInstance();
     /// The factory of the type's category; null when none is registered or the type has no category.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/files/File.h"
 
 #include <array>
@@ -10,7 +11,7 @@
 
 /// Writes values in binary form, little-endian, to a file. Only the store mode exists.
 /// Inserting is inline and allocation-free; the buffer of 4096 bytes goes to the file when it is full.
-class CArchive {
+class VEXA_API CArchive {
   public:
     enum Mode { store = 0 };
 

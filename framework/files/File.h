@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/files/FileException.h"
 
 #include <cstddef>
@@ -9,7 +10,7 @@
 
 /// A file opened by path. Paths are wide, with either separator; see PathMap.h. Reading and writing may mix.
 /// After a failed write every later write, flush and close fails with the same cause.
-class CFile {
+class VEXA_API CFile {
   public:
     enum OpenFlags : unsigned {
         modeRead = 0x0000,

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "framework/Export.h"
+
 #include <exception>
 #include <string>
 
 /// Raised by CFile, CArchive and CStdioFile when the system refuses an operation.
-class CFileException : public std::exception {
+class VEXA_API CFileException : public std::exception {
   public:
     enum Cause {
         none,

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "framework/Export.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -9,7 +11,7 @@
 /// match keeps the folder as the pattern wrote it. FindNextFile comes before the first match is looked at:
 ///     for (int more = find.FindFile(pattern); more;) { more = find.FindNextFile(); use(find.GetFileName());
 ///     }
-class CFileFind {
+class VEXA_API CFileFind {
   public:
     int FindFile(const std::wstring& pattern); ///< zero when nothing matches
     int FindNextFile();                        ///< moves to the next match; zero when that one is the last

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "framework/Export.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -24,16 +26,16 @@ struct ProcessEnd {
 /// for its end without a time limit. Zero when it could not be started. Outside Windows the child reads
 /// nothing and all that it prints goes to the error output, so that it cannot mix with what the caller
 /// prints.
-int runProcess(const ProcessRequest& request);
+VEXA_API int runProcess(const ProcessRequest& request);
 
 /// How the last child that runProcess waited for ended; empty when the last one could not be started, or none
 /// ran.
-const std::optional<ProcessEnd>& lastProcessEnd();
+VEXA_API const std::optional<ProcessEnd>& lastProcessEnd();
 
 /// The sentence of the system for the last failed start; empty after a start that worked.
-const std::wstring& lastProcessFailure();
+VEXA_API const std::wstring& lastProcessFailure();
 
 /// Forgets both, so that what they answer next belongs to a later start.
-void forgetLastProcess();
+VEXA_API void forgetLastProcess();
 
 } // namespace framework

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/files/FileException.h"
 
 #include <string>
@@ -7,9 +8,9 @@
 namespace framework {
 
 /// The system's sentence for an error number, in English whatever the user's locale is.
-std::wstring systemErrorText(int osError);
+VEXA_API std::wstring systemErrorText(int osError);
 
 /// The cause that stands for an error number of a file operation.
-CFileException::Cause fileCause(int osError);
+VEXA_API CFileException::Cause fileCause(int osError);
 
 } // namespace framework

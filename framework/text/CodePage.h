@@ -1,5 +1,7 @@
 #pragma once
 
+#include "framework/Export.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -10,20 +12,20 @@ inline constexpr unsigned kCodePageUtf8 = 65001;
 inline constexpr unsigned kCodePageKorean = 949;
 
 /// The code page of narrow text in files; UTF-8 unless set.
-unsigned hostCodePage();
+VEXA_API unsigned hostCodePage();
 /// Zero, and nothing changed, when the system cannot convert to `codePage`.
-int setHostCodePage(unsigned codePage);
+VEXA_API int setHostCodePage(unsigned codePage);
 
 /// Wide to narrow text. A character that the code page lacks (or a lone surrogate) becomes "?".
 /// `replaced`, when given, receives the number of such characters.
-std::string wideToMulti(std::wstring_view text, unsigned codePage = hostCodePage(),
-                        std::size_t* replaced = nullptr);
+VEXA_API std::string wideToMulti(std::wstring_view text, unsigned codePage = hostCodePage(),
+                                 std::size_t* replaced = nullptr);
 
 /// Narrow to wide text. A byte that is not text in the code page becomes U+FFFD.
-std::wstring multiToWide(std::string_view text, unsigned codePage = hostCodePage());
+VEXA_API std::wstring multiToWide(std::string_view text, unsigned codePage = hostCodePage());
 
 /// UTF-8 regardless of the host's code page: for paths and for our own stores.
-std::string toUtf8(std::wstring_view text);
-std::wstring fromUtf8(std::string_view text);
+VEXA_API std::string toUtf8(std::wstring_view text);
+VEXA_API std::wstring fromUtf8(std::string_view text);
 
 } // namespace framework

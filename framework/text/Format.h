@@ -1,5 +1,7 @@
 #pragma once
 
+#include "framework/Export.h"
+
 #include <concepts>
 #include <cstdint>
 #include <initializer_list>
@@ -15,7 +17,8 @@ using FormatArgument = std::variant<std::int64_t, std::uint64_t, double, std::ws
 /// printf-like formatting in the C locale: %d %i %u %x %X %c %s %e %f %g %G %E %% with flags, width and
 /// precision (also *); length modifiers are read and ignored, %s takes wide text. Exponents have at least
 /// two digits on every platform. An argument that is missing or of the wrong kind prints as "?".
-std::wstring formatWideArguments(std::wstring_view format, std::initializer_list<FormatArgument> arguments);
+VEXA_API std::wstring formatWideArguments(std::wstring_view format,
+                                          std::initializer_list<FormatArgument> arguments);
 
 namespace detail {
 template <class T>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "framework/Export.h"
+
 #include <cstdint>
 #include <string>
 
@@ -7,17 +9,17 @@
 /// Exponents have at least two digits on every platform.
 namespace framework {
 
-void appendInteger(std::string& out, std::int64_t value);
-void appendInteger(std::string& out, std::uint64_t value);
+VEXA_API void appendInteger(std::string& out, std::int64_t value);
+VEXA_API void appendInteger(std::string& out, std::uint64_t value);
 inline void appendInteger(std::string& out, int value) {
     appendInteger(out, std::int64_t{value});
 }
 
 /// As "%.*g"; with six digits also what a stream prints by default.
-void appendGeneral(std::string& out, double value, int digits = 6);
+VEXA_API void appendGeneral(std::string& out, double value, int digits = 6);
 /// As "%.*e".
-void appendScientific(std::string& out, double value, int decimals = 6);
+VEXA_API void appendScientific(std::string& out, double value, int decimals = 6);
 /// As "%.*f".
-void appendFixed(std::string& out, double value, int decimals = 6);
+VEXA_API void appendFixed(std::string& out, double value, int decimals = 6);
 
 } // namespace framework

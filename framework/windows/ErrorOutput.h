@@ -1,5 +1,7 @@
 #pragma once
 
+#include "framework/Export.h"
+
 #include <functional>
 #include <string>
 
@@ -7,8 +9,8 @@ namespace framework {
 
 /// Where causes go that nobody handles, such as an exception from a message handler. Standard error unless
 /// set; an empty function sets it back.
-void setErrorOutput(std::function<void(const std::wstring&)> output);
-void reportError(const std::wstring& text);
+VEXA_API void setErrorOutput(std::function<void(const std::wstring&)> output);
+VEXA_API void reportError(const std::wstring& text);
 
 /// Reports the exception that is being handled: call it inside a catch block.
 void reportException() noexcept;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/WindowTypes.h"
 
 namespace framework {
@@ -9,9 +10,9 @@ namespace framework {
 // when no enabled window has the focus. `modifiers`: MK_SHIFT, MK_CONTROL.
 
 /// A key that is no character, and Enter, Backspace and the space bar.
-bool pressKey(WPARAM key, UINT modifiers = 0);
-bool typeCharacter(wchar_t character, UINT modifiers = 0);
+VEXA_API bool pressKey(WPARAM key, UINT modifiers = 0);
+VEXA_API bool typeCharacter(wchar_t character, UINT modifiers = 0);
 /// Alt and a letter.
-bool pressMnemonic(wchar_t letter);
+VEXA_API bool pressMnemonic(wchar_t letter);
 
 } // namespace framework

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/Wnd.h"
 
 /// The thread of windows: the one that knows the main window. The first one made is the current one for as
 /// long as it lives.
-class CWinThread {
+class VEXA_API CWinThread {
   public:
     CWinThread();
     virtual ~CWinThread();
@@ -15,5 +16,5 @@ class CWinThread {
     CWnd* m_pMainWnd = nullptr; ///< not owned; null again when its window is destroyed
 };
 
-CWinThread* AfxGetThread(); ///< null when there is none
-CWnd* AfxGetMainWnd();
+VEXA_API CWinThread* AfxGetThread(); ///< null when there is none
+VEXA_API CWnd* AfxGetMainWnd();

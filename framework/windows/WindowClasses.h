@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/WindowTypes.h"
 
 #include <memory>
@@ -28,7 +29,7 @@ const WindowClass* findWindowClass(std::wstring_view name);
 /// Adds a class, or answers the one of that name that is there. Lives as long as the process.
 const WindowClass& registerWindowClass(WindowClass added);
 
-ControlKind kindOf(HWND window); ///< kPlain for a window that is gone
+VEXA_API ControlKind kindOf(HWND window); ///< kPlain for a window that is gone
 
 /// What every window answers; the procedures of all classes end here.
 LRESULT defaultProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

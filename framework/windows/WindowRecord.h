@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/Geometry.h"
 #include "framework/windows/WindowStyles.h"
 
@@ -75,12 +76,12 @@ struct WindowRecord {
 };
 
 /// Null for null and for the handle of a window that is gone.
-WindowRecord* findWindow(HWND window);
+VEXA_API WindowRecord* findWindow(HWND window);
 
 /// All windows without a parent, from the lowest to the topmost.
-std::vector<HWND> topLevelWindows();
+VEXA_API std::vector<HWND> topLevelWindows();
 
 /// Pixels of border that the style takes on every side.
-int borderWidth(const WindowRecord& record);
+VEXA_API int borderWidth(const WindowRecord& record);
 
 } // namespace framework

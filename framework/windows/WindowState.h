@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/WindowRecord.h"
 
 #include <deque>
@@ -36,14 +37,14 @@ struct WindowState {
     std::vector<std::unique_ptr<CWnd>> deadTemporaries; ///< kept until nobody can be using them
 };
 
-WindowState& windowState();
+VEXA_API WindowState& windowState();
 
 /// A fresh record with a handle.
-WindowRecord& addRecord();
+VEXA_API WindowRecord& addRecord();
 void removeRecord(HWND window);
 
 /// Sends a message; nothing when a handler threw.
-std::optional<LRESULT> deliver(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+VEXA_API std::optional<LRESULT> deliver(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
 /// Frees objects of FromHandle whose windows are gone. Call where no code of a user is on the stack.
 void releaseTemporaries();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/MessageMap.h"
 #include "framework/windows/WindowFunctions.h"
 
@@ -14,7 +15,7 @@ struct ObjectAccess;
 /// An object attached to a window. At most one is attached to a window at a time. An object that made its
 /// window (Create) destroys it with itself; one that was attached lets go of it. Without a window every
 /// operation does nothing and answers zero or null.
-class CWnd {
+class VEXA_API CWnd {
   public:
     CWnd() = default;
     virtual ~CWnd();

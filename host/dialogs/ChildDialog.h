@@ -1,10 +1,11 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/dialogs/Dialog.h"
 
 /// A page inside a parent dialog, of which its object is usually a member. The parent hands its values in
 /// with SetData, asks CheckData and takes them out with GetData.
-class CChildDialog : public CDialog {
+class VEXA_API CChildDialog : public CDialog {
   public:
     using CDialog::CDialog;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/controls/ComboBox.h"
 #include "host/QMDocBase.h"
 
@@ -15,7 +16,7 @@ inline constexpr int Combined = 2; ///< sets that were combined from other resul
 /// A combo box of objects of the result tree. An item's data is its object, a CPOHBase*; none is 0. A
 /// selector that is the child of another one lists what belongs to that one's selected object: it follows the
 /// choice of the user by itself, and SelectEntry; a selection by SetCurSel needs UpdateChild.
-class CCobxPOHBase : public CComboBox {
+class VEXA_API CCobxPOHBase : public CComboBox {
   public:
     ~CCobxPOHBase() override;
     /// Lists the objects of `doc`, behind an empty entry for "none" when `withNone` is non-zero. Nothing is

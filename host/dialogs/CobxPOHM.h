@@ -1,9 +1,10 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "host/dialogs/CobxPOHBase.h"
 
 /// Picks a case of any analysis: "analysis:case".
-class CCobxPOHM : public CCobxPOHBase {
+class VEXA_API CCobxPOHM : public CCobxPOHBase {
   public:
     CPOHCase* GetSelectedPOHM() const { return static_cast<CPOHCase*>(GetSelected()); } ///< null for none
     /// Keys of the mesh sets that the selected results can be asked for: results are those of the whole

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "host/dialogs/CobxPOHBase.h"
 
 /// Picks an analysis.
-class CCobxPOHM2 : public CCobxPOHBase {
+class VEXA_API CCobxPOHM2 : public CCobxPOHBase {
   public:
     CPOHAnalysis* GetSelectedPOHM() const {
         return static_cast<CPOHAnalysis*>(GetSelected());

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "host/dialogs/DlgMove.h"
 
 /// A dialog whose OK and Cancel end it also when it is modeless: its window is then destroyed.
-class CDlgModeless : public CDlgMove {
+class VEXA_API CDlgModeless : public CDlgMove {
   public:
     using CDlgMove::CDlgMove;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "host/dialogs/InternationalDlg.h"
 
 /// Values of the mode of CDlgMove::SetInitPos.
@@ -10,7 +11,7 @@ inline constexpr int MainWindow =
 } // namespace InitialPlace
 
 /// A dialog that can be told where to open.
-class CDlgMove : public CInternationalDlg {
+class VEXA_API CDlgMove : public CInternationalDlg {
   public:
     using CInternationalDlg::CInternationalDlg;
 

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/controls/TabCtrl.h"
 
 #include <string>
 #include <vector>
 
 /// Tabs that each show one page in the display area.
-class CDlgTabCtrl : public CTabCtrl {
+class VEXA_API CDlgTabCtrl : public CTabCtrl {
   public:
     /// Adds a tab for a page, which is a window of the same parent and must live as long. Its position.
     int AddPage(const std::wstring& text, CWnd& page);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/controls/ComboBox.h"
 #include "framework/windows/controls/ListBox.h"
 #include "framework/windows/controls/ListCtrl.h"
@@ -8,7 +9,7 @@
 #include <vector>
 
 /// What dialogs do with controls again and again.
-class CDlgUtil {
+class VEXA_API CDlgUtil {
   public:
     // Combo boxes whose items carry data.
     static int CobxAddItem(CComboBox& box, const std::wstring& text, DWORD_PTR data = 0); ///< its position

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/dialogs/Dialog.h"
 
 #include <string_view>
 
 /// A dialog whose texts follow the user's language.
-class CInternationalDlg : public CDialog {
+class VEXA_API CInternationalDlg : public CDialog {
   public:
     CInternationalDlg() = default;
     explicit CInternationalDlg(UINT templateId, CWnd* parent = nullptr)

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "host/dialogs/ExtListCtrl.h"
 
 /// A table that its user sorts by clicking the heading of a column; a second click turns the order around.
-class CListCtrlEx2 : public CExtListCtrl {
+class VEXA_API CListCtrlEx2 : public CExtListCtrl {
   public:
     /// Sorts the rows, data, checks and selection with them: as numbers where every text of the column is
     /// one. Rows that are equal keep their order. Zero for a bad column.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "host/QMDocBase.h"
 #include "host/QMObserver.h"
 #include "host/dialogs/DlgModeless.h"
@@ -8,7 +9,7 @@
 /// A dialog of a document. Modal: on the stack, DoModal. Modeless: on the heap, Create; it then belongs to
 /// its window and is deleted with it. Where Create fails, whoever made the object deletes it. Closes when its
 /// document does.
-class CQMDialog : public CDlgModeless, public CQMObserver {
+class VEXA_API CQMDialog : public CDlgModeless, public CQMObserver {
   public:
     /// `parent` is the owner of the modal window; the main window without one.
     CQMDialog(UINT templateId, CQMDocBase* doc, CWnd* parent = nullptr);

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/controls/Edit.h"
 #include "host/QMUnitCtrl.h"
 
 /// An edit that shows a value of the database in the current unit.
-class CQMEditUnit : public CEdit {
+class VEXA_API CQMEditUnit : public CEdit {
   public:
     void SetEditUnit(int kind);        ///< see UnitKind; a value that is shown stays the same value
     void SetEditNUValue(double value); ///< in database units

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "host/dialogs/QMDialog.h"
 
 #include <array>
@@ -13,7 +14,7 @@ inline constexpr int Element = 2;
 
 /// A dialog that works on what is picked in the view: the document's pick buffer, which it empties when it is
 /// cancelled or reset.
-class CQMSelDialog : public CQMDialog {
+class VEXA_API CQMSelDialog : public CQMDialog {
   public:
     using CQMDialog::CQMDialog;
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "module/Export.h"
+
 #include <cstdint>
 
 class CQMDocBase;
@@ -17,7 +19,7 @@ class CQMDocBase;
 /// - "CVEXAGpsStagewiseRelDispDlg": p1 a CQMViewBase*, kept
 /// - "CGpsGenerateOptModelDlg" (modeless), "CVEXAGpsDynamicResultsGraphDlg", "CVEXAGpsResultsGraphDlg",
 ///   "CVEXAGpsDynamicResultsSelectDlg", "CVEXAGpsAnalResult", "CVEXAGpsDynamicResultsPlotDlg": none
-class IVEXAGpsDialog {
+class VEXA_GPS_API IVEXAGpsDialog {
   public:
     virtual ~IVEXAGpsDialog() = default;
     IVEXAGpsDialog() = default;
@@ -36,4 +38,4 @@ class IVEXAGpsDialog {
 };
 
 /// Makes the resources of the module known. The host calls it once, before anything else of the module.
-extern "C" void Init_VEXA_gpsdll();
+extern "C" VEXA_GPS_API void Init_VEXA_gpsdll();

@@ -3,6 +3,7 @@
 #include "framework/containers/Array.h"
 #include "framework/files/Archive.h"
 #include "host/QMDocBase.h"
+#include "module/Export.h"
 #include "module/fatigue/ElementLists.h"
 #include "module/fatigue/NodeMaterials.h"
 #include "module/fatigue/NodeTables.h"
@@ -24,7 +25,7 @@ class RecordWriter;
 ///
 /// One object for the process, used on the host's thread. Status integers: nonzero is success. Failures are
 /// reported through the host's error output or message boxes where a member says so.
-class CGpsFatigueSolver {
+class VEXA_GPS_API CGpsFatigueSolver {
   public:
     /// The one object, made on first use.
     static CGpsFatigueSolver& Instance();

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/Wnd.h"
 
 /// A push button, check box, radio button or group box, by its style.
-class CButton : public CWnd {
+class VEXA_API CButton : public CWnd {
   public:
     int GetCheck() const;
     void SetCheck(int check); ///< BST_...; of this button alone, without a notification

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/Wnd.h"
 
 /// A list to choose one item from, each with a value of the program's. Positions that are not there answer
 /// CB_ERR. What the program does here notifies nobody.
-class CComboBox : public CWnd {
+class VEXA_API CComboBox : public CWnd {
   public:
     int AddString(const std::wstring& text); ///< its position
     int InsertString(int index, const std::wstring& text);
@@ -32,7 +33,7 @@ LRESULT comboProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 /// The user chooses an item: notifies when it is another one. False for a bad position.
 bool chooseItem(HWND combo, int index);
 /// Opens or closes the list; notifies (CBN_DROPDOWN, CBN_CLOSEUP) when that is a change.
-void dropDown(HWND combo, bool open);
-bool hasEdit(HWND combo); ///< its text can be typed
+VEXA_API void dropDown(HWND combo, bool open);
+VEXA_API bool hasEdit(HWND combo); ///< its text can be typed
 
 } // namespace framework

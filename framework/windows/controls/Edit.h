@@ -1,10 +1,11 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/Wnd.h"
 
 /// A line or, with ES_MULTILINE, a field of text. Text that is set notifies (EN_UPDATE, EN_CHANGE) as typed
 /// text does.
-class CEdit : public CWnd {
+class VEXA_API CEdit : public CWnd {
   public:
     /// Selects from `start` to before `end`, the caret at `end`; (0, -1) all, (-1, 0) nothing.
     void SetSel(int start, int end);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/Wnd.h"
 
 #include <vector>
@@ -7,7 +8,7 @@
 /// A list of items, each with a value of the program's, of which one or (LBS_MULTIPLESEL, LBS_EXTENDEDSEL)
 /// several are selected. Positions that are not there answer LB_ERR. What the program does here notifies
 /// nobody.
-class CListBox : public CWnd {
+class VEXA_API CListBox : public CWnd {
   public:
     int AddString(const std::wstring& text);
     int InsertString(int index, const std::wstring& text);
@@ -29,7 +30,7 @@ class CListBox : public CWnd {
 };
 
 /// A list box whose items have check boxes. A check by the user notifies with CLBN_CHKCHANGE.
-class CCheckListBox : public CListBox {
+class VEXA_API CCheckListBox : public CListBox {
   public:
     int GetCheck(int index) const;
     void SetCheck(int index, int check);
@@ -41,11 +42,11 @@ class CCheckListBox : public CListBox {
 namespace framework {
 
 LRESULT listProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-bool isMultiple(const WindowRecord& record);
+VEXA_API bool isMultiple(const WindowRecord& record);
 /// The user selects these items and no others (one in a list of one); notifies when that is a change. False,
 /// and nothing done, for a bad position.
 bool selectItems(HWND list, const std::vector<int>& indices);
 /// The user checks an item; notifies when that is a change.
-bool checkItem(HWND list, int index, int check);
+VEXA_API bool checkItem(HWND list, int index, int check);
 
 } // namespace framework

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/Wnd.h"
 
 #include <vector>
@@ -9,7 +10,7 @@ using POSITION = std::intptr_t; ///< 0 ends
 
 /// A table of rows with columns; of its rows one (LVS_SINGLESEL) or several are selected. Positions that are
 /// not there answer -1 or zero. What the program does here notifies nobody.
-class CListCtrl : public CWnd {
+class VEXA_API CListCtrl : public CWnd {
   public:
     int InsertColumn(int column, const std::wstring& heading, int format = LVCFMT_LEFT, int width = -1);
     int DeleteColumn(int column);
@@ -48,6 +49,6 @@ LRESULT listControlProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lP
 bool selectRows(HWND list, const std::vector<int>& rows);
 bool checkRow(HWND list, int row, int check);
 bool doubleClickRow(HWND list, int row);
-bool clickColumn(HWND list, int column);
+VEXA_API bool clickColumn(HWND list, int column);
 
 } // namespace framework

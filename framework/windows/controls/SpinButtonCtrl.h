@@ -1,10 +1,11 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/Wnd.h"
 
 /// Two arrows that step a whole number in a range; with UDS_SETBUDDYINT the buddy's text shows it. "Up" goes
 /// towards the upper limit, which may be the smaller number.
-class CSpinButtonCtrl : public CWnd {
+class VEXA_API CSpinButtonCtrl : public CWnd {
   public:
     void SetRange(short lower, short upper) { SetRange32(lower, upper); }
     void SetRange32(int lower, int upper);

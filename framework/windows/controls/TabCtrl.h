@@ -1,9 +1,10 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/Wnd.h"
 
 /// Tabs above a display area. Selecting by the program notifies nobody.
-class CTabCtrl : public CWnd {
+class VEXA_API CTabCtrl : public CWnd {
   public:
     int InsertItem(int index, const std::wstring& text); ///< selects the first tab that comes
     int DeleteItem(int index);

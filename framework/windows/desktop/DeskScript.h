@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/WindowTypes.h"
 
 #include <string>
@@ -21,17 +22,17 @@ struct DeskScript {
     std::vector<std::wstring> problems;
 };
 
-DeskScript parseDeskScript(std::wstring_view text);
+VEXA_API DeskScript parseDeskScript(std::wstring_view text);
 
 /// Does one step as the user of the active window. An empty text, or one sentence why it was not possible.
 /// "answer" is not done here: message boxes ask for it.
-std::wstring performDeskStep(const DeskStep& step);
+VEXA_API std::wstring performDeskStep(const DeskStep& step);
 
 /// The id of a button that "answer" names ("ok", "yes", ...); 0 when there is none of that name.
-int answerId(const std::wstring& name);
+VEXA_API int answerId(const std::wstring& name);
 
 /// The control of a dialog by its id or its text; a text that is a label's means the control after it. Null
 /// when there is none.
-HWND findControl(HWND dialog, const std::wstring& name);
+VEXA_API HWND findControl(HWND dialog, const std::wstring& name);
 
 } // namespace framework

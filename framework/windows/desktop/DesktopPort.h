@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/Geometry.h"
 #include "framework/windows/WindowTypes.h"
 
@@ -43,15 +44,15 @@ class DesktopPort {
 };
 
 /// Registers the screen of this process and answers the one before; null: the scripted desk again.
-DesktopPort* setDesktop(DesktopPort* desktop);
-DesktopPort& desktop();
+VEXA_API DesktopPort* setDesktop(DesktopPort* desktop);
+VEXA_API DesktopPort& desktop();
 
 /// Whether a modal dialog has its answer or is gone.
-bool modalLoopEnded(HWND dialog);
+VEXA_API bool modalLoopEnded(HWND dialog);
 
 /// Whether an object paints this window (its map handles WM_PAINT): a screen shows what is painted and sends
 /// mouse messages, whatever the window's class is.
-bool paintsItself(HWND window);
+VEXA_API bool paintsItself(HWND window);
 
 /// Tells the desktop of a change, unless the window is gone.
 void windowChanged(HWND window, unsigned what);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/desktop/DeskScript.h"
 #include "framework/windows/desktop/DesktopPort.h"
 
@@ -21,7 +22,7 @@ struct ShownMessage {
 /// The desktop of a process without a screen: its user is a list of steps. Steps are done in order, those of
 /// a modal dialog within its loop. A modal dialog that finds no step left is closed, and cancelled when it
 /// does not close; a message box that the next step does not answer takes its default button.
-class ScriptedDesk : public DesktopPort {
+class VEXA_API ScriptedDesk : public DesktopPort {
   public:
     /// A step that does anything. While a modal dialog runs, the active window is that dialog.
     void addStep(std::function<void()> step);
@@ -59,10 +60,10 @@ class ScriptedDesk : public DesktopPort {
 };
 
 /// The desk that stands in while no desktop is registered.
-ScriptedDesk& scriptedDesk();
+VEXA_API ScriptedDesk& scriptedDesk();
 
 /// The buttons of a message box by its style, in their order, and the one that Enter presses.
-std::vector<int> messageBoxButtons(unsigned style);
-int defaultAnswer(unsigned style);
+VEXA_API std::vector<int> messageBoxButtons(unsigned style);
+VEXA_API int defaultAnswer(unsigned style);
 
 } // namespace framework

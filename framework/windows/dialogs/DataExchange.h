@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/Wnd.h"
 
 #include <cstdint>
@@ -20,7 +21,7 @@ class CNotSupportedException : public std::logic_error {
 };
 
 /// One run between controls and members.
-class CDataExchange {
+class VEXA_API CDataExchange {
   public:
     CDataExchange(CWnd* dialog, int save)
         : m_bSaveAndValidate(save)
@@ -50,28 +51,28 @@ struct DataExchangeTexts {
     std::wstring range = L"Please enter a number between %s and %s.";
     std::wstring length = L"Please enter at most %s characters.";
 };
-DataExchangeTexts& dataExchangeTexts();
+VEXA_API DataExchangeTexts& dataExchangeTexts();
 
 /// Binds a member to a control, which it then serves (SubclassDlgItem). CNotSupportedException when the
 /// control is missing, or it or the member is bound otherwise.
-void DDX_Control(CDataExchange* exchange, int id, CWnd& control);
+VEXA_API void DDX_Control(CDataExchange* exchange, int id, CWnd& control);
 
 // Text of an edit. A number that the text is not, as a whole, is refused.
-void DDX_Text(CDataExchange* exchange, int id, std::wstring& value);
-void DDX_Text(CDataExchange* exchange, int id, int& value);
-void DDX_Text(CDataExchange* exchange, int id, UINT& value);
-void DDX_Text(CDataExchange* exchange, int id, double& value); ///< written with 15 digits at most
+VEXA_API void DDX_Text(CDataExchange* exchange, int id, std::wstring& value);
+VEXA_API void DDX_Text(CDataExchange* exchange, int id, int& value);
+VEXA_API void DDX_Text(CDataExchange* exchange, int id, UINT& value);
+VEXA_API void DDX_Text(CDataExchange* exchange, int id, double& value); ///< written with 15 digits at most
 
-void DDX_Check(CDataExchange* exchange, int id, int& value);
+VEXA_API void DDX_Check(CDataExchange* exchange, int id, int& value);
 /// Position of the checked button in the group that begins with `id`; -1 when none is.
-void DDX_Radio(CDataExchange* exchange, int id, int& value);
-void DDX_CBIndex(CDataExchange* exchange, int id, int& value);
-void DDX_CBString(CDataExchange* exchange, int id, std::wstring& value);
-void DDX_LBIndex(CDataExchange* exchange, int id, int& value);
-void DDX_LBString(CDataExchange* exchange, int id, std::wstring& value);
+VEXA_API void DDX_Radio(CDataExchange* exchange, int id, int& value);
+VEXA_API void DDX_CBIndex(CDataExchange* exchange, int id, int& value);
+VEXA_API void DDX_CBString(CDataExchange* exchange, int id, std::wstring& value);
+VEXA_API void DDX_LBIndex(CDataExchange* exchange, int id, int& value);
+VEXA_API void DDX_LBString(CDataExchange* exchange, int id, std::wstring& value);
 
 // Checks of the value that was just read. They refuse only when reading.
-void DDV_MinMaxInt(CDataExchange* exchange, int value, int smallest, int largest);
-void DDV_MinMaxDouble(CDataExchange* exchange, double value, double smallest, double largest);
-void DDV_MaxChars(CDataExchange* exchange, const std::wstring& value,
-                  int most); ///< also limits what is typed
+VEXA_API void DDV_MinMaxInt(CDataExchange* exchange, int value, int smallest, int largest);
+VEXA_API void DDV_MinMaxDouble(CDataExchange* exchange, double value, double smallest, double largest);
+VEXA_API void DDV_MaxChars(CDataExchange* exchange, const std::wstring& value,
+                           int most); ///< also limits what is typed

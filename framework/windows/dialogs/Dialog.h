@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/Wnd.h"
 
 using INT_PTR = std::intptr_t;
@@ -8,7 +9,7 @@ using INT_PTR = std::intptr_t;
 ///
 /// Modal: construct with the template's id, DoModal. Modeless: construct, Create, and leave it to its window;
 /// a class whose objects own themselves deletes them in PostNcDestroy unless IsModal.
-class CDialog : public CWnd {
+class VEXA_API CDialog : public CWnd {
   public:
     CDialog() = default;
     explicit CDialog(UINT templateId, CWnd* parent = nullptr)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Export.h"
 #include "framework/windows/Geometry.h"
 #include "framework/windows/WindowTypes.h"
 
@@ -29,11 +30,11 @@ struct DialogTemplate {
 
 /// Makes a library's templates known; they must stay. A second call with the same table does nothing. Of two
 /// templates of one id the one added last counts.
-void addTemplates(std::span<const DialogTemplate> templates);
-void removeTemplates(std::span<const DialogTemplate> templates);
-const DialogTemplate* findTemplate(UINT id); ///< null when there is none
+VEXA_API void addTemplates(std::span<const DialogTemplate> templates);
+VEXA_API void removeTemplates(std::span<const DialogTemplate> templates);
+VEXA_API const DialogTemplate* findTemplate(UINT id); ///< null when there is none
 
 /// Dialog units to pixels: a quarter of 6 pixels across, an eighth of 13 down, rounded.
-CRect dialogToPixels(const CRect& units);
+VEXA_API CRect dialogToPixels(const CRect& units);
 
 } // namespace framework
