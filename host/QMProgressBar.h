@@ -1,9 +1,11 @@
 #pragma once
 
+#include "framework/Export.h"
+
 #include <string>
 
 /// The host's progress bar. Null where the host has none: every caller goes through m_pInstance with care.
-class IQMProgressBar {
+class VEXA_API IQMProgressBar {
   public:
     virtual ~IQMProgressBar() = default;
     virtual void Start() = 0;
@@ -12,5 +14,5 @@ class IQMProgressBar {
     virtual void StepIt() = 0;
     virtual void End() = 0;   ///< fills the bar
     virtual void Close() = 0; ///< takes it away
-    static inline IQMProgressBar* m_pInstance = nullptr;
+    static IQMProgressBar* m_pInstance; ///< not owned
 };

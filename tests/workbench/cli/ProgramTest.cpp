@@ -48,6 +48,15 @@ TEST_F(ProgramTest, ConstantAmplitudeGivesTheClosedFormLife) {
         EXPECT_NEAR(value * life / 1000, 1, 1e-6) << "damage of 1000 blocks at node " << node;
 }
 
+/// The bar belongs to the host and the steps come from the module, which is another library.
+TEST_F(ProgramTest, TellsThePartsOfARunAsTheyCome) {
+    const std::string told =
+        runShell(folder_, "vexa new cube.toml -o cube.wkm && vexa fatigue cube.wkm").errors;
+    for (const char* part :
+         {"Generating fatigue data", "Gathering the values of load 1", "Running the fatigue solver"})
+        EXPECT_NE(told.find(part), std::string::npos) << part << " in:\n" << told;
+}
+
 TEST_F(ProgramTest, GoodmanShortensLifeUnderATensileMean) {
     folder_.write("cube.toml", cubeDeck("", "[[0, 1], [1, 0], [2, 1]]"));
     succeed("vexa new cube.toml -o cube.wkm && vexa fatigue cube.wkm");
