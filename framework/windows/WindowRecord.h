@@ -4,6 +4,7 @@
 #include "framework/windows/Geometry.h"
 #include "framework/windows/WindowStyles.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,11 @@ struct WindowColumn {
     std::wstring title;
     int width = 0; ///< pixels
     int format = 0;
+};
+
+/// What a control of a host keeps with its window, beside what every record has.
+struct VEXA_API ControlState {
+    virtual ~ControlState();
 };
 
 /// The state of one window: the only truth about it. Objects are attached to it, a desktop shows it.
@@ -62,6 +68,8 @@ struct WindowRecord {
     bool dropped = false;   ///< the list of a combo box is open
     int droppedWidth = 0;   ///< least width of a dropped-down list, pixels
     UINT extendedStyle = 0; ///< of a list control (LVS_EX_...)
+
+    std::unique_ptr<ControlState> controlState; ///< made by the object that is attached first
 
     // What dialogs hold.
     UINT defaultId = 0;

@@ -25,6 +25,8 @@ std::optional<std::size_t> slotOf(HWND window) {
 
 } // namespace
 
+ControlState::~ControlState() = default;
+
 WindowState& windowState() {
     // Never destroyed: objects of static life may still hold windows when the process ends.
     static WindowState& state = *new WindowState;

@@ -4,6 +4,8 @@ namespace workbench {
 namespace {
 
 constexpr Message kMessages[] = {
+    {"IDS_CHART_MORE", "... and %d more", "... 외 %d개"},
+    {"IDS_CHART_SUMMARY", "%s: %d points, minimum %s, maximum %s", "%s: 점 %d개, 최소 %s, 최대 %s"},
     {"IDS_QM_APPLY", "A&pply", "적용(&P)"},
     {"IDS_QM_BASE_CLOSE", "Close", "닫기"},
     {"IDS_QM_CANCEL", "Cancel", "취소"},
