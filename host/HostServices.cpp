@@ -36,6 +36,9 @@ std::wstring CMSGFunction::GetValue(std::wstring_view key) {
 void qmMsgOutError(const std::wstring& text) {
     HostServices().ErrorOut(text);
 }
+void qmMsgOutWarning(const std::wstring& text) {
+    HostServices().WarningOut(text);
+}
 int AfxMessageBox(const std::wstring& text, unsigned style) {
     return HostServices().ShowMessageBox(text, style);
 }

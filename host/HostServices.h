@@ -29,6 +29,7 @@ class IHostServices {
 
     virtual std::wstring GetMessageText(std::wstring_view key) const = 0;
     virtual void ErrorOut(const std::wstring& text) = 0;
+    virtual void WarningOut(const std::wstring& text) { ErrorOut(text); }
     virtual int ShowMessageBox(const std::wstring& text, unsigned style) = 0;
     virtual void SetWaitCursor(bool on) = 0;
 

@@ -15,6 +15,8 @@ class VEXA_API CMSGFunction {
 
 /// Reports an error in the host's output pane.
 VEXA_API void qmMsgOutError(const std::wstring& text);
+/// Reports a warning there.
+VEXA_API void qmMsgOutWarning(const std::wstring& text);
 
 /// Shows a message box (MB_...) and answers the button that closed it (IDOK, ...).
 VEXA_API int AfxMessageBox(const std::wstring& text, unsigned style = MB_OK);

@@ -26,6 +26,9 @@ class CQMViewBase : public CWnd {
 /// The open model document. Its dialogs observe it.
 class CQMDocBase : public CQMSubject {
   public:
+    /// Non-zero while the host does not let its user change what open dialogs show.
+    int m_bChoicesLocked = 0;
+
     virtual CQMViewBase* GetActiveView() const = 0; ///< null when the document has none
     virtual std::wstring GetFullPathNameW() const = 0;
     virtual CQMDBSession& GetDBSession() = 0;

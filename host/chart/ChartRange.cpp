@@ -12,7 +12,7 @@ namespace {
 constexpr double kBarShare = 0.8;
 /// Ends that are closer than that, relative to their magnitude, are one.
 constexpr double kLeastSpan = 1e-12;
-constexpr double kSmallestSpan = 1e-300;
+constexpr double kSmallestSpan = 1e-200;
 constexpr int kUsualDivisions = 5;
 
 /// Nothing drawable: lower > upper.

@@ -6,7 +6,7 @@
 namespace tqx::frx {
 
 /// Values of a larger magnitude are not drawn, so that differences of values stay finite.
-inline constexpr double kLargestChartValue = 1e300;
+inline constexpr double kLargestChartValue = 1e200;
 
 /// Finite, not beyond kLargestChartValue, and on a logarithmic axis not below its inverse.
 bool isDrawable(double value, bool log);
