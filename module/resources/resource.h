@@ -38,4 +38,12 @@
 #define IDC_COMB_ENVELOPE_KIND 1116
 #define IDC_COMB_NAME_LABEL 1117
 #define IDC_COMB_NAME 1118
+
+// Safety graph.
+#define IDC_SAFETY_CASE_LABEL 1201
+#define IDC_SAFETY_CASE 1202
+#define IDC_SAFETY_TYPE_LABEL 1203
+#define IDC_SAFETY_TYPE 1204
+#define IDC_SAFETY_CHART 1205
+
 #define ID_APPLY_NOW 0x3021 // the host serves it

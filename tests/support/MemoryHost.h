@@ -58,6 +58,7 @@ class MemoryHost : public IHostServices {
     int lengthUnit = 0;
     std::vector<CVResult*> displayed; ///< arguments of DisplayPostResult
     std::vector<std::wstring> errors;
+    std::vector<std::wstring> warnings;
     std::vector<std::wstring> boxes;
     std::vector<bool> waitCursor; ///< every change
     ProgressRecorder progress;
@@ -74,6 +75,7 @@ class MemoryHost : public IHostServices {
         return found == texts.end() ? std::wstring(key) : found->second;
     }
     void ErrorOut(const std::wstring& text) override { errors.push_back(text); }
+    void WarningOut(const std::wstring& text) override { warnings.push_back(text); }
     int ShowMessageBox(const std::wstring& text, unsigned) override {
         boxes.push_back(text);
         return IDOK;

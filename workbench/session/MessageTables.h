@@ -9,5 +9,6 @@ std::span<const Message> generalMessages(); ///< of several tools, and titles of
 std::span<const Message> combinationMessages();
 std::span<const Message> desktopMessages();
 std::span<const Message> fatigueMessages();
+std::span<const Message> stabilityMessages();
 
 } // namespace workbench

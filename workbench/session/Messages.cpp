@@ -18,8 +18,8 @@ const Message* findMessage(std::span<const Message> table, const std::string& ke
 } // namespace
 
 std::span<const std::span<const Message>> messageTables() {
-    static const std::span<const Message> tables[] = {generalMessages(), combinationMessages(),
-                                                      desktopMessages(), fatigueMessages()};
+    static const std::span<const Message> tables[] = {
+        generalMessages(), combinationMessages(), desktopMessages(), fatigueMessages(), stabilityMessages()};
     return tables;
 }
 

@@ -5,6 +5,10 @@ namespace {
 
 constexpr Message kMessages[] = {
     {"IDS_WB_ABORT", "Abort", "중단"},
+    {"IDS_WB_CHART_SAVE", "Save chart", "차트 저장"},
+    {"IDS_WB_CHART_SAVE_PICTURE", "Save &picture...", "그림 저장(&P)..."},
+    {"IDS_WB_CHART_SAVE_TABLE", "Save &table...", "표 저장(&T)..."},
+    {"IDS_WB_CHART_SHOW_ALL", "Show &all", "전체 보기(&A)"},
     {"IDS_WB_CHOOSE_RESULT", "Choose a component of a result in the tree to see it here.",
      "트리에서 결과 성분을 선택하면 여기에 표시됩니다."},
     {"IDS_WB_CLEAR_SELECTION", "&Clear selection", "선택 해제(&C)"},

@@ -71,6 +71,10 @@ void WorkbenchHost::ErrorOut(const std::wstring& text) {
     output_.showError(errors_.back());
 }
 
+void WorkbenchHost::WarningOut(const std::wstring& text) {
+    output_.showWarning(framework::toUtf8(text));
+}
+
 int WorkbenchHost::ShowMessageBox(const std::wstring& text, unsigned style) {
     errors_.push_back(framework::toUtf8(text));
     const HWND active = GetActiveWindow();

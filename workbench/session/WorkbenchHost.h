@@ -37,6 +37,7 @@ class WorkbenchHost final : public IHostServices {
     std::wstring GetTestEnvValue(std::wstring_view name) const override;
     std::wstring GetMessageText(std::wstring_view key) const override;
     void ErrorOut(const std::wstring& text) override;
+    void WarningOut(const std::wstring& text) override;
     int ShowMessageBox(const std::wstring& text, unsigned style) override;
     void SetWaitCursor(bool on) override { output_.setWaitCursor(on); }
     int GetUnitIndexCurrent() const override { return current_; }
