@@ -183,12 +183,6 @@ ChartRange shownRange(const ChartState& state, int axis) {
     return automaticRange(state, axis);
 }
 
-double fractionOf(double value, const ChartRange& range, bool log) {
-    if (!log) return (value - range.lower) / (range.upper - range.lower);
-    return (std::log10(value) - std::log10(range.lower)) /
-           (std::log10(range.upper) - std::log10(range.lower));
-}
-
 double valueAt(double fraction, const ChartRange& range, bool log) {
     if (!log) return range.lower + fraction * (range.upper - range.lower);
     const double power =

@@ -9,21 +9,20 @@ namespace tqx::frx {
 inline constexpr double kLargestChartValue = 1e200;
 
 /// Finite, not beyond kLargestChartValue, and on a logarithmic axis not below its inverse.
-bool isDrawable(double value, bool log);
+VEXA_API bool isDrawable(double value, bool log);
 /// Whether a chart can show it: both ends drawable and, at their magnitude, apart.
-bool isShowable(const ChartRange& range, bool log);
+VEXA_API bool isShowable(const ChartRange& range, bool log);
 
 /// The range that an axis shows: the user's, the program's, or the data's with round ends. A log axis passes
 /// over ranges that it cannot show.
 VEXA_API ChartRange shownRange(const ChartState& state, int axis);
 
-/// The position of a value between the ends of a range (0 and 1 there), and the value of a position.
-double fractionOf(double value, const ChartRange& range, bool log);
-double valueAt(double fraction, const ChartRange& range, bool log);
+/// The value at a position in a range, whose ends are at 0 and 1.
+VEXA_API double valueAt(double fraction, const ChartRange& range, bool log);
 
 /// Whether the x axis counts categories; it is linear then.
-bool hasCategories(const ChartState& state);
-bool isLog(const ChartState& state, int axis);
+VEXA_API bool hasCategories(const ChartState& state);
+VEXA_API bool isLog(const ChartState& state, int axis);
 
 /// Width of the place that the bars of one x share, in units of x: 0.8 of the least distance of two places.
 VEXA_API double barPlaceWidth(const ChartState& state);
