@@ -1,10 +1,10 @@
 #include "framework/text/CodePage.h"
 
 #include "framework/text/Utf8.h"
+#include "tests/framework/SystemDecoder.h"
 #include "tests/support/RandomIntegers.h"
 
 #include <gtest/gtest.h>
-#include <iconv.h>
 
 #include <vector>
 
@@ -85,30 +85,6 @@ TEST(Utf8, ReplacesWhatIsNoCharacter) {
     std::size_t replaced = 0;
     EXPECT_EQ(utf8::convert<char>(std::u32string_view(wide), U'?', replaced), "a????z");
     EXPECT_EQ(replaced, 4u);
-}
-
-/// The system's own decoder, one replacement for each byte it refuses.
-std::u32string decodedBySystem(std::string text) {
-    const iconv_t converter = ::iconv_open("UTF-32LE", "UTF-8");
-    std::u32string out;
-    char* in = text.data();
-    std::size_t left = text.size();
-    while (left > 0) {
-        char32_t c = 0;
-        char* to = reinterpret_cast<char*>(&c);
-        std::size_t room = sizeof c;
-        ::iconv(converter, nullptr, nullptr, nullptr, nullptr);
-        ::iconv(converter, &in, &left, &to, &room);
-        if (room == 0) {
-            out += c;
-        } else {
-            out += U'\uFFFD';
-            ++in;
-            --left;
-        }
-    }
-    ::iconv_close(converter);
-    return out;
 }
 
 TEST(Utf8, AgreesWithTheSystemOnRandomBytes) {

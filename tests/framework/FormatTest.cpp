@@ -99,7 +99,7 @@ double realFrom(RandomIntegers& random) {
                                   std::numeric_limits<double>::infinity(),
                                   std::numeric_limits<double>::quiet_NaN()};
     if (random.oneIn(4)) return special[random.below(std::size(special))];
-    if (random.oneIn(2)) return std::bit_cast<double>(random.next());
+    if (random.oneIn(2)) return random.real();
     return (static_cast<double>(random.below(2'000'000)) - 1e6) /
            std::pow(10., static_cast<double>(random.below(12)));
 }
@@ -133,9 +133,11 @@ TEST(Format, PrintsWhatTheCLibraryPrints) {
         expectAsC("%" + flagsFrom(random, "-0#") + sizesFrom(random) + "xX"[random.below(2)], integer);
         expectAsC("%" + flagsFrom(random, "-+ 0#") + sizesFrom(random) + "efFE"[random.below(4)],
                   realFrom(random));
+#ifndef _WIN32 // where the C library loses a column of some numbers
         // Not with "#": the GNU library drops digits of numbers that round up to a power of ten.
         expectAsC("%" + flagsFrom(random, "-+ 0") + sizesFrom(random) + "gG"[random.below(2)],
                   realFrom(random));
+#endif
     }
 }
 

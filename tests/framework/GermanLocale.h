@@ -6,9 +6,18 @@
 #include <cstdlib>
 #include <string>
 
-/// Puts the process under a locale with a decimal comma, made for the purpose, until the object goes.
+/// Puts the process under a locale with a decimal comma (made for the purpose where the system has none)
+/// until the object goes.
 class GermanLocale {
   public:
+#ifdef _WIN32
+    GermanLocale() {
+        active_ = std::setlocale(LC_ALL, "German_Germany.1252") != nullptr;
+    }
+    ~GermanLocale() {
+        std::setlocale(LC_ALL, "C");
+    }
+#else
     GermanLocale() {
         const std::string compile =
             "localedef -i de_DE -f UTF-8 '" + (folder_ / "de_DE.UTF-8").string() + "' >/dev/null 2>&1";
@@ -19,7 +28,10 @@ class GermanLocale {
         std::setlocale(LC_ALL, "C");
         ::unsetenv("LOCPATH");
     }
-    bool isActive() const { return active_ && *std::localeconv()->decimal_point == ','; }
+#endif
+    bool isActive() const {
+        return active_ && *std::localeconv()->decimal_point == ',';
+    }
 
   private:
     TemporaryFolder folder_;

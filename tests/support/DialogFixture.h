@@ -29,7 +29,7 @@ class DialogFixture : public testing::Test {
         EXPECT_EQ(liveWindows(), 0);
         EXPECT_EQ(framework::scriptedDesk().problems(), std::vector<std::wstring>());
     }
-    static long liveWindows() {
+    static std::ptrdiff_t liveWindows() {
         const auto& slots = framework::windowState().slots;
         return std::count_if(slots.begin(), slots.end(),
                              [](const auto& slot) { return slot.record != nullptr; });

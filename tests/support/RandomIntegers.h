@@ -1,6 +1,8 @@
 #pragma once
 
+#include <bit>
 #include <chrono>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
@@ -28,6 +30,12 @@ class RandomIntegers {
     /// 0 .. limit - 1.
     std::size_t below(std::size_t limit) { return static_cast<std::size_t>(next() % limit); }
     bool oneIn(std::size_t count) { return below(count) == 0; }
+
+    /// A double of any size; the sign of what is no number is plus, since not all libraries show it.
+    double real() {
+        const auto any = std::bit_cast<double>(next());
+        return std::isnan(any) ? std::abs(any) : any;
+    }
 
   private:
     std::uint64_t seed_ = 0;

@@ -77,7 +77,7 @@ TEST_F(DialogLife, WhereCreationFailsTheObjectIsDeletedOnce) {
             for (void* p1 : {static_cast<void*>(nullptr), static_cast<void*>(&design)}) {
                 if (p1 && !hasDesign) continue;
                 host.errors.clear();
-                const long before = liveWindows();
+                const std::ptrdiff_t before = liveWindows();
                 EXPECT_EQ(openModeless(name, p1), 0);
                 EXPECT_EQ(document.GetObserverCount(), 0u);
                 EXPECT_EQ(liveWindows(), before);
@@ -119,7 +119,7 @@ TEST_F(DialogLife, ADialogThatIsDestroyedAsItIsShownIsDeletedOnce) {
 }
 
 TEST_F(DialogLife, EveryDialogOpensAndClosesAThousandTimes) {
-    const long before = liveWindows();
+    const std::ptrdiff_t before = liveWindows();
     std::size_t slots = 0;
     for (int i = 0; i < 1000; ++i) {
         for (const auto& name : kModelessNames) {

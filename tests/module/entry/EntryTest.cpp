@@ -141,7 +141,7 @@ TEST_F(Entry, OtherNamesOpenNothing) {
                                          L"VEXAGpsAnalResult",
                                          L"CVEXAGpsAnalResul",
                                          L"CVEXAGpsAnalResult\u0430"};
-    const long before = liveWindows();
+    const std::ptrdiff_t before = liveWindows();
     for (const wchar_t* name : names) {
         EXPECT_EQ(IVEXAGpsDialog::DoModal(&document, name, nullptr, nullptr), 0);
         EXPECT_EQ(IVEXAGpsDialog::DoModeless(&document, name, nullptr, nullptr), 0);

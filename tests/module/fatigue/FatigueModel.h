@@ -2,6 +2,7 @@
 
 #include "framework/files/PathMap.h"
 #include "module/fatigue/GpsFatigueSolver.h"
+#include "tests/support/ChildProgram.h"
 #include "tests/support/MemoryHost.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -109,11 +110,12 @@ struct FatigueModel {
     std::filesystem::path interfaceFile() const { return folder / "FATIGUE.76"; }
     std::filesystem::path mirrorFile() const { return folder / "model_Static_FATIGUE_76.txt"; }
 
-    /// Puts a shell script where the solver is looked for.
-    void installSolver(const std::string& script) {
-        const std::filesystem::path place = framework::nativePath(host.programPath) / "64bit Solver";
-        std::filesystem::create_directories(place);
-        writeBytes(place / "FatigueSolver.exe", "#!/bin/sh\n" + script + "\n");
-        std::filesystem::permissions(place / "FatigueSolver.exe", std::filesystem::perms::owner_all);
+    std::filesystem::path solverProgram() const {
+        return framework::nativePath(host.programPath) / "64bit Solver" / "FatigueSolver.exe";
+    }
+    /// Puts the tests' child program where the solver is looked for; it does what `commands` say.
+    void installSolver(const std::string& commands) {
+        std::filesystem::create_directories(solverProgram().parent_path());
+        installChild(solverProgram(), commands);
     }
 };

@@ -1,32 +1,30 @@
 #include "framework/text/CodePage.h"
+#include "framework/text/LineEnd.h"
 #include "tests/module/fatigue/FatigueModel.h"
 #include "tests/module/fatigue/InterfaceReader.h"
+#include "tests/support/Golden.h"
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 namespace {
 
-std::vector<std::string> linesOf(const std::string& text) {
+std::vector<std::string> linesOf(std::string_view text, std::string_view end) {
     std::vector<std::string> lines;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);)
-        lines.push_back(line);
+    for (std::size_t at; (at = text.find(end)) != text.npos; text.remove_prefix(at + end.size()))
+        lines.emplace_back(text.substr(0, at));
+    if (!text.empty()) lines.emplace_back(text);
     return lines;
 }
 
 std::vector<std::string> readMirror(const FatigueModel& model) {
-    return linesOf(bytesOf(model.mirrorFile()));
+    return linesOf(bytesOf(model.mirrorFile()), framework::kLineEnd);
 }
 
-/// The golden text of a type stands beside this file; @STEM@ is the path of the model without extension.
-std::vector<std::string> golden(int type, const FatigueModel& model) {
-    std::string text = bytesOf(std::filesystem::path(VEXA_SOURCE_DIR) / "tests/module/fatigue/golden" /
-                               ("type" + std::to_string(type) + ".txt"));
-    const std::string mark = "@STEM@";
-    text.replace(text.find(mark), mark.size(), (model.folder / "model").string());
-    return linesOf(text);
+/// The golden text of a type stands beside this file.
+std::vector<std::string> golden(int type) {
+    return linesOf(bytesOf(std::filesystem::path(VEXA_SOURCE_DIR) / "tests/module/fatigue/golden" /
+                           ("type" + std::to_string(type) + ".txt")),
+                   "\n");
 }
 
 // The solver is missing in these tests, so a run ends behind the interface file.
@@ -34,6 +32,8 @@ TEST(InterfaceFile, HoldsEveryTypeByteForByte) {
     for (int type = 0; type <= 4; ++type) {
         SCOPED_TRACE(type);
         FatigueModel model;
+        const WorkingFolder here(model.folder.path());
+        model.doc.path = L"model.wkm"; // no folder, so that the file is the same everywhere
         model.host.environment[L"FatigueText"] = L"yEs";
         model.definition.fatigueType = type;
         model.definition.stressOption = 3;
@@ -49,7 +49,10 @@ TEST(InterfaceFile, HoldsEveryTypeByteForByte) {
         const std::string bytes = bytesOf(model.interfaceFile());
         const InterfaceReader reader(bytes);
         EXPECT_EQ(readMirror(model), reader.lines);
-        EXPECT_EQ(reader.lines, golden(type, model));
+        EXPECT_EQ(reader.lines, golden(type));
+        const std::string name = "fatigue/type" + std::to_string(type);
+        keepGolden(name + "/FATIGUE.76", bytes);
+        keepGolden(name + "/mirror.txt", bytesOf(model.mirrorFile()));
 
         std::filesystem::remove(model.mirrorFile());
         model.host.environment[L"FatigueText"] = L"yes please";
@@ -101,9 +104,9 @@ TEST(InterfaceFile, CutsAndNamesLongOrForeignNames) {
     const std::filesystem::path deep = model.folder / std::string(200, 'a') / std::string(200, 'b') /
                                        std::string(200, 'c') / std::string(200, 'd') / std::string(200, 'e');
     std::filesystem::create_directories(deep);
-    model.doc.path = framework::widePath(deep / "절점.wkm");
+    model.doc.path = framework::widePath(deep / pathOf("절점.wkm"));
     model.run();
-    const std::string stem = (deep / "절점_Life").string();
+    const std::string stem = (deep / pathOf("절점_Life")).string();
     ASSERT_GT(stem.size(), 1024u);
     EXPECT_EQ(bytesOf(deep / "FATIGUE.76").substr(4, 1024), stem.substr(0, 1024));
 
@@ -123,7 +126,7 @@ TEST(InterfaceFile, WarnsOfLettersThatTheCodePageLacks) {
     model.run();
     framework::setHostCodePage(framework::kCodePageUtf8);
     EXPECT_EQ(model.host.errors, std::vector<std::wstring>{L"cannot write " + stem});
-    const std::string own = model.folder.path().string() + "/?wiek \xC0\xFD\xC1\xA1_Life";
+    const std::string own = (model.folder / "").string() + "?wiek \xC0\xFD\xC1\xA1_Life";
     EXPECT_EQ(bytesOf(model.interfaceFile()).substr(4, own.size() + 1), own + '\0');
 }
 
@@ -188,29 +191,36 @@ TEST(InterfaceFile, ListsOnlyNodesOfTheDefinitionsMaterials) {
     EXPECT_EQ(second->at(1), InterfaceReader::Value(3101.0));
 }
 
+/// Lets something stand under a name that takes no file.
+using Obstacle = void (*)(const std::filesystem::path&);
+const Obstacle kObstacles[] = {
+    [](const std::filesystem::path& path) { std::filesystem::create_directory(path); },
+#ifndef _WIN32
+    [](const std::filesystem::path& path) {
+        ASSERT_TRUE(std::filesystem::is_character_file("/dev/full")) << "this machine has no full device";
+        std::filesystem::create_symlink("/dev/full", path);
+    },
+    [](const std::filesystem::path& path) { std::filesystem::create_symlink("/nowhere/at/all", path); },
+#endif
+};
+
 TEST(InterfaceFile, ReportsAFileThatCannotBeWritten) {
-    ASSERT_TRUE(std::filesystem::is_character_file("/dev/full")) << "this machine has no full device";
-    const struct {
-        const char* what;
-        const char* link;
-        bool mirror;
-    } rows[] = {{"interface file", "FATIGUE.76", false}, {"mirror", "model_Static_FATIGUE_76.txt", true}};
-    for (const auto& row : rows)
-        for (const char* target : {"/dev/full", "/nowhere/at/all"}) {
-            SCOPED_TRACE(std::string(row.what) + " at " + target);
+    for (const char* name : {"FATIGUE.76", "model_Static_FATIGUE_76.txt"})
+        for (const Obstacle& obstacle : kObstacles) {
+            SCOPED_TRACE(name + std::string(", obstacle ") + std::to_string(&obstacle - kObstacles));
             FatigueModel model;
             model.host.environment[L"FatigueText"] = L"YES";
-            std::filesystem::create_symlink(target, model.folder / row.link);
+            obstacle(model.folder / name);
             EXPECT_EQ(model.run(), 0);
             ASSERT_EQ(model.host.errors.size(), 1u);
-            EXPECT_NE(model.host.errors[0].find(framework::widePath(row.link)), std::wstring::npos)
+            EXPECT_NE(model.host.errors[0].find(framework::widePath(name)), std::wstring::npos)
                 << framework::nativePath(model.host.errors[0]);
             EXPECT_TRUE(model.host.boxes.empty()) << "the solver must not be asked for";
             EXPECT_EQ(model.doc.postModes, std::vector<int>{0});
             EXPECT_EQ(model.host.waitCursor, (std::vector<bool>{true, false}));
             EXPECT_EQ(model.host.progress.events.back(), L"close");
             // The next run starts clean.
-            std::filesystem::remove(model.folder / row.link);
+            std::filesystem::remove(model.folder / name);
             model.host.errors.clear();
             model.run();
             EXPECT_TRUE(model.host.errors.empty());

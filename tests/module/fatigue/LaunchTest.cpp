@@ -9,35 +9,29 @@ std::string contents(const std::filesystem::path& path) {
     return std::filesystem::exists(path) ? bytesOf(path) : "";
 }
 
-// The small programs find the result's stem in the interface file's name field, as the real one does.
-const std::string kStem =
-    "stem=$(dd if=\"$1\" bs=1 skip=4 count=1024 2>/dev/null | tr '\\000' '\\n' | head -n 1)\n";
-
 TEST(FatigueLaunch, SettlesTheResultFile) {
     const struct {
         const char* what;
-        std::string script;
-        bool stale; ///< a result of an earlier run lies there
+        const char* commands; ///< of the solver
+        bool stale;           ///< a result of an earlier run lies there
         int result;
         std::string registered, own; ///< what the two files hold afterwards
         const wchar_t* added;        ///< end of the path that the host was given
     } rows[] = {
-        {"own name", "echo new > \"${stem}_Fatigue.lmop\"", false, 1, "new\n", "", L"model_Life.lmop"},
-        {"own name over a stale file", "echo new > \"${stem}_Fatigue.lmop\"", true, 1, "new\n", "",
-         L"model_Life.lmop"},
-        {"registered name only", "echo new > \"${stem}.lmop\"", false, 0, "new\n", "", nullptr},
-        {"both", "echo a > \"${stem}.lmop\"; echo b > \"${stem}_Fatigue.lmop\"", false, 1, "a\n", "b\n",
-         L"model_Life_Fatigue.lmop"},
+        {"own name", "put _Fatigue.lmop new", false, 1, "new\n", "", L"model_Life.lmop"},
+        {"own name over a stale file", "put _Fatigue.lmop new", true, 1, "new\n", "", L"model_Life.lmop"},
+        {"registered name only", "put .lmop new", false, 0, "new\n", "", nullptr},
+        {"both", "put .lmop a\nput _Fatigue.lmop b", false, 1, "a\n", "b\n", L"model_Life_Fatigue.lmop"},
         {"none", "exit 0", false, 0, "", "", nullptr},
         {"none, with a stale file", "exit 0", true, 0, "", "", nullptr},
-        {"crash", "kill -SEGV $$", true, 0, "", "", nullptr},
-        {"failure after the result", "echo new > \"${stem}_Fatigue.lmop\"; exit 3", false, 1, "new\n", "",
+        {"crash", "crash", true, 0, "", "", nullptr},
+        {"failure after the result", "put _Fatigue.lmop new\nexit 3", false, 1, "new\n", "",
          L"model_Life.lmop"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
         FatigueModel model;
-        model.installSolver(kStem + row.script);
+        model.installSolver(row.commands);
         if (row.stale) writeBytes(model.folder / "model_Life.lmop", "old");
         EXPECT_EQ(model.run(), row.result);
         EXPECT_EQ(contents(model.folder / "model_Life.lmop"), row.registered);
@@ -57,7 +51,7 @@ TEST(FatigueLaunch, SettlesTheResultFile) {
 
 TEST(FatigueLaunch, PassesOnWhatTheHostAnswers) {
     FatigueModel model;
-    model.installSolver(kStem + "echo new > \"${stem}_Fatigue.lmop\"");
+    model.installSolver("put _Fatigue.lmop new");
     model.doc.files.accepts = 0;
     EXPECT_EQ(model.run(), 0);
     EXPECT_EQ(model.doc.files.added.size(), 1u);
@@ -66,13 +60,13 @@ TEST(FatigueLaunch, PassesOnWhatTheHostAnswers) {
 
 TEST(FatigueLaunch, WorksInFoldersWithBlanksAndKoreanLetters) {
     FatigueModel model;
-    const std::filesystem::path place = model.folder / "내 작업 폴더 \"1\"";
+    const std::filesystem::path place = model.folder / "내 작업 폴더 1";
     std::filesystem::create_directories(place);
-    model.doc.path = framework::widePath(place / "노치 시편.wkm");
+    model.doc.path = framework::widePath(place / pathOf("노치 시편.wkm"));
     model.host.programPath = framework::widePath(model.folder / "내 프로그램") + L"\\";
-    model.installSolver(kStem + "echo \"$#\" > \"${stem}_Fatigue.lmop\"");
+    model.installSolver("count _Fatigue.lmop");
     EXPECT_EQ(model.run(), 1);
-    EXPECT_EQ(contents(place / "노치 시편_Life.lmop"), "1\n");
+    EXPECT_EQ(contents(place / pathOf("노치 시편_Life.lmop")), "1\n");
 }
 
 TEST(FatigueLaunch, NamesWhatIsMissing) {
@@ -97,10 +91,8 @@ TEST(FatigueLaunch, NamesWhatIsMissing) {
 
 TEST(FatigueLaunch, FailsSilentlyWhenTheSolverCannotStart) {
     FatigueModel model;
-    model.installSolver("exit 0");
-    std::filesystem::permissions(framework::nativePath(model.host.programPath) /
-                                     "64bit Solver/FatigueSolver.exe",
-                                 std::filesystem::perms::owner_read);
+    std::filesystem::create_directories(model.solverProgram().parent_path());
+    writeBytes(model.solverProgram(), "no program");
     writeBytes(model.folder / "model_Life_Fatigue.lmop", "left over");
     EXPECT_EQ(model.run(), 0);
     EXPECT_TRUE(model.host.boxes.empty());
@@ -113,7 +105,7 @@ TEST(FatigueLaunch, FailsSilentlyWhenTheSolverCannotStart) {
 TEST(FatigueLaunch, GoesOnWhenFilesCannotBeMoved) {
     FatigueModel model;
     std::filesystem::create_directories(model.folder / "model_Life.lmop" / "inside");
-    model.installSolver(kStem + "echo new > \"${stem}_Fatigue.lmop\"");
+    model.installSolver("put _Fatigue.lmop new");
     EXPECT_EQ(model.run(), 0);
     EXPECT_TRUE(model.host.errors.empty());
     EXPECT_EQ(contents(model.folder / "model_Life_Fatigue.lmop"), "new\n");
