@@ -74,8 +74,8 @@ void finish(Run& run, std::vector<std::size_t>& points) {
 ChartView chartView(const ChartState& state, double left, double top, double width, double height) {
     return {left,
             top,
-            width,
-            height,
+            std::max(0.0, width), // a window may have no room for a plot
+            std::max(0.0, height),
             shownRange(state, ChartAxis::X),
             shownRange(state, ChartAxis::Y),
             isLog(state, ChartAxis::X),

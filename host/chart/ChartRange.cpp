@@ -13,7 +13,7 @@ constexpr double kBarShare = 0.8;
 /// Ends that are closer than that, relative to their magnitude, are one.
 constexpr double kLeastSpan = 1e-12;
 constexpr double kSmallestSpan = 1e-200;
-constexpr int kUsualDivisions = 5;
+constexpr int kUsualDivisions = 10;
 
 /// Nothing drawable: lower > upper.
 constexpr ChartRange kNothing{std::numeric_limits<double>::infinity(),

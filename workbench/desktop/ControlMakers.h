@@ -18,5 +18,6 @@ ControlView* makeChoice(HWND window, ViewKeeper& keeper, QWidget* parent);
 ControlView* makeRows(HWND window, ViewKeeper& keeper, QWidget* parent);
 ControlView* makeTabs(HWND window, ViewKeeper& keeper, QWidget* parent);
 ControlView* makeArrows(HWND window, ViewKeeper& keeper, QWidget* parent);
+ControlView* makeChart(HWND window, ViewKeeper& keeper, QWidget* parent);
 
 } // namespace workbench::desktop

@@ -3,6 +3,7 @@
 #include "framework/windows/WindowClasses.h"
 #include "framework/windows/desktop/DesktopPort.h"
 #include "framework/windows/dialogs/Navigation.h"
+#include "host/chart/ChartCtrl.h"
 
 #include <algorithm>
 
@@ -37,6 +38,7 @@ ControlShape shapeOfButton(UINT style) {
 ControlShape shapeOf(const framework::WindowRecord& record) {
     const ControlKind kind = record.windowClass->kind;
     if (kind == ControlKind::kDialog) return ControlShape::Page;
+    if (tqx::frx::findChart(record.handle)) return ControlShape::Chart;
     if (framework::paintsItself(record.handle)) return ControlShape::Plain;
     switch (kind) {
     case ControlKind::kStatic:

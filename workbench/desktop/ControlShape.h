@@ -19,6 +19,7 @@ enum class ControlShape {
     Rows,   ///< a list box, check list box or list control
     Tabs,   ///< a tab control
     Arrows, ///< a spin button
+    Chart,  ///< a chart of the host
 };
 
 ControlShape shapeOf(const framework::WindowRecord& record);

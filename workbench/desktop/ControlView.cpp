@@ -14,7 +14,7 @@ ControlView* makeControlView(const framework::WindowRecord& record, ViewKeeper& 
         {ControlShape::Radio, makeRadio},   {ControlShape::Line, makeLine},
         {ControlShape::Field, makeField},   {ControlShape::Choice, makeChoice},
         {ControlShape::Rows, makeRows},     {ControlShape::Tabs, makeTabs},
-        {ControlShape::Arrows, makeArrows},
+        {ControlShape::Arrows, makeArrows}, {ControlShape::Chart, makeChart},
     };
     return makers.at(shapeOf(record))(record.handle, keeper, parent);
 }

@@ -1,0 +1,414 @@
+#include "workbench/desktop/ChartWidget.h"
+
+#include "host/chart/ChartCtrl.h"
+#include "workbench/desktop/ControlView.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace workbench::desktop {
+namespace {
+
+using namespace tqx::frx;
+
+constexpr int kText = 11;
+constexpr int kTitle = 15;
+constexpr double kMarker = 7.0;
+constexpr double kReach = 12.0; ///< of the tool tip, pixels
+constexpr const char* kOverlay = "overlay";
+
+const QColor kFrame(0x40, 0x40, 0x40);
+const QColor kGrid(0xd0, 0xd0, 0xd0);
+const QColor kMinorGrid(0xee, 0xee, 0xee);
+
+QFont fontOf(double pixels) {
+    QFont font = QApplication::font();
+    font.setPixelSize(std::max(1, static_cast<int>(std::lround(pixels))));
+    return font;
+}
+
+QColor colorOfSeries(const ChartState& state, std::size_t series) {
+    const std::uint32_t color = colorOf(state, series);
+    return QColor(color & 0xFF, color >> 8 & 0xFF, color >> 16 & 0xFF);
+}
+
+QPen penOf(const ChartState& state, std::size_t series) {
+    const ChartSeries& own = state.series[series];
+    QPen pen(colorOfSeries(state, series), own.width);
+    pen.setJoinStyle(Qt::RoundJoin);
+    QList<qreal> pattern;
+    for (const double length : dashPattern(own.dash)) // the toolkit's are in widths of the line
+        pattern << length * std::max(1.0, own.width) / own.width;
+    if (pattern.isEmpty()) return pen;
+    pen.setCapStyle(Qt::FlatCap);
+    pen.setDashPattern(pattern);
+    return pen;
+}
+
+QCPScatterStyle markerStyle(const ChartState& state, std::size_t series) {
+    using Style = QCPScatterStyle;
+    static const std::map<unsigned, Style::ScatterShape> shapes = {
+        {ChartMarker::Dot, Style::ssCircle},        {ChartMarker::Square, Style::ssSquare},
+        {ChartMarker::Triangle, Style::ssTriangle}, {ChartMarker::InvertTriangle, Style::ssTriangleInverted},
+        {ChartMarker::Diamond, Style::ssDiamond},
+    };
+    const auto shape = shapes.find(markerOf(state, series));
+    if (shape == shapes.end()) return {};
+    const QColor color = colorOfSeries(state, series);
+    return {shape->second, QPen(color, 0.0), color, kMarker};
+}
+
+/// A line whose entry in the legend also has the marker, which stands in a curve of its own.
+class LineCurve final : public QCPCurve {
+  public:
+    LineCurve(QCPAxis* x, QCPAxis* y, QCPScatterStyle marker)
+        : QCPCurve(x, y)
+        , marker_(std::move(marker)) {}
+
+  protected:
+    void drawLegendIcon(QCPPainter* painter, const QRectF& rect) const override {
+        QCPCurve::drawLegendIcon(painter, rect);
+        if (marker_.isNone()) return;
+        applyScattersAntialiasingHint(painter);
+        marker_.applyTo(painter, pen());
+        marker_.drawShape(painter, rect.center());
+    }
+
+  private:
+    QCPScatterStyle marker_;
+};
+
+/// Markers, whole also where their point stands on the edge of the plot.
+class MarkerCurve final : public QCPCurve {
+  public:
+    using QCPCurve::QCPCurve;
+
+  protected:
+    QRect clipRect() const override {
+        constexpr int kHalf = 5;
+        return QCPCurve::clipRect().adjusted(-kHalf, -kHalf, kHalf, kHalf);
+    }
+};
+
+/// The ticks that the chart's state asks for.
+class StateTicker final : public QCPAxisTicker {
+  public:
+    StateTicker(const ChartWidget& chart, int axis)
+        : chart_(chart)
+        , axis_(axis) {}
+
+    void generate(const QCPRange& range, const QLocale&, QChar, int, QVector<double>& ticks,
+                  QVector<double>* subTicks, QVector<QString>* tickLabels) override {
+        ticks.clear();
+        if (subTicks) subTicks->clear();
+        if (tickLabels) tickLabels->clear();
+        const ChartState* state = chart_.state();
+        if (!state) return;
+        const QRect plot = chart_.axisRect()->rect();
+        const ChartTicks made =
+            chartTicks(*state, axis_, {range.lower, range.upper},
+                       std::max(1, axis_ == ChartAxis::X ? plot.width() : plot.height()), 16.0);
+        ticks = {made.major.begin(), made.major.end()};
+        if (subTicks) *subTicks = {made.minor.begin(), made.minor.end()};
+        if (!tickLabels) return;
+        for (const std::wstring& label : made.labels)
+            tickLabels->append(qText(label));
+    }
+
+  private:
+    const ChartWidget& chart_;
+    int axis_;
+};
+
+/// The range after the axis was enlarged around a place of it, or moved: both in fractions of its length.
+ChartRange enlarged(const ChartRange& range, bool log, double around, double factor) {
+    return {valueAt(around - around * factor, range, log),
+            valueAt(around + (1.0 - around) * factor, range, log)};
+}
+ChartRange moved(const ChartRange& range, bool log, double by) {
+    return {valueAt(-by, range, log), valueAt(1.0 - by, range, log)};
+}
+
+} // namespace
+
+ChartWidget::ChartWidget(Source source, QWidget* parent)
+    : QCustomPlot(parent)
+    , source_(std::move(source))
+    , title_(new QCPTextElement(this, QString(), fontOf(kTitle)))
+    , summary_(new QCPTextElement(this, QString(), fontOf(kText))) {
+    setMouseTracking(true);
+    setAutoAddPlottableToLegend(false);
+    setSelectionTolerance(0);
+    plotLayout()->insertRow(0);
+    plotLayout()->addElement(0, 0, title_);
+    plotLayout()->addElement(2, 0, summary_);
+    summary_->setTextFlags(Qt::AlignLeft | Qt::TextDontClip);
+    plotLayout()->setRowSpacing(2);
+    axisRect()->insetLayout()->setInsetAlignment(0, Qt::AlignTop | Qt::AlignRight);
+    legend->setBorderPen(Qt::NoPen);
+    legend->setFont(fontOf(kText));
+    legend->setIconSize(26, 14);
+    for (const int which : {ChartAxis::X, ChartAxis::Y}) {
+        QCPAxis* axis = which == ChartAxis::X ? xAxis : yAxis;
+        axis->setTicker(QSharedPointer<QCPAxisTicker>(new StateTicker(*this, which)));
+        for (QCPAxis* drawn : {axis, which == ChartAxis::X ? xAxis2 : yAxis2}) {
+            drawn->setBasePen(kFrame);
+            drawn->setTickPen(kFrame);
+            drawn->setSubTickPen(Qt::NoPen);
+            drawn->setNumberFormat("g"); // labels as they are, without powers set above the line
+            drawn->setTickLabelFont(fontOf(kText));
+            drawn->setTickLengthIn(0);
+            drawn->setTickLengthOut(5);
+        }
+    }
+    for (QCPAxis* opposite : {xAxis2, yAxis2}) {
+        opposite->setTicks(false);
+        opposite->setTickLabels(false);
+    }
+    makeTip();
+}
+
+void ChartWidget::makeTip() {
+    // The topmost layer is drawn by itself: following the mouse leaves the curve alone.
+    tip_ = new QCPItemText(this);
+    tipMark_ = new QCPItemEllipse(this);
+    for (QCPAbstractItem* item :
+         {static_cast<QCPAbstractItem*>(tip_), static_cast<QCPAbstractItem*>(tipMark_)}) {
+        item->setLayer(kOverlay);
+        item->setClipToAxisRect(false);
+        item->setVisible(false);
+        item->setSelectable(false);
+        for (QCPItemPosition* position : item->positions())
+            position->setType(QCPItemPosition::ptAbsolute);
+    }
+    tip_->setFont(fontOf(kText));
+    tip_->setPadding(QMargins(4, 2, 4, 2));
+    tip_->setBrush(QColor(255, 255, 225));
+    tip_->setPen(kFrame);
+    tipMark_->setPen(QPen(kFrame, 1.5));
+}
+
+ChartView ChartWidget::view() const {
+    const QRect plot = axisRect()->rect();
+    const ChartState* state = source_();
+    return state ? chartView(*state, plot.left(), plot.top(), plot.width(), plot.height()) : ChartView();
+}
+
+void ChartWidget::showState() {
+    hideTip();
+    clearPlottables();
+    if (const ChartState* state = source_()) {
+        showTexts(*state);
+        showAxes(*state);
+        replot(rpImmediateRefresh); // places the plot, on whose pixels the points depend
+        showSeries();
+    }
+    replot(rpRefreshHint);
+}
+
+void ChartWidget::showTexts(const ChartState& state) {
+    title_->setText(qText(shortenedText(state.title, width() - 16.0, kTitle)));
+    QStringList lines;
+    const ChartTexts texts = hostChartTexts();
+    const std::size_t listed = std::min(state.series.size(), kMostListedSeries);
+    if (state.summary)
+        for (std::size_t s = 0; s < listed; ++s)
+            lines << qText(shortenedText(summaryLine(state, s, texts), width() - 60.0, kText));
+    summary_->setText(lines.join('\n'));
+    for (QCPTextElement* element : {title_, summary_}) {
+        const bool isEmpty = element->text().isEmpty();
+        element->setVisible(!isEmpty);
+        element->setMaximumSize(QWIDGETSIZE_MAX, isEmpty ? 0 : QWIDGETSIZE_MAX);
+        element->setMargins(isEmpty ? QMargins() : QMargins(8, 2, 8, 2));
+    }
+}
+
+void ChartWidget::showAxes(const ChartState& state) {
+    showAxis(state, ChartAxis::X);
+    showAxis(state, ChartAxis::Y);
+    xAxis2->setVisible(state.frame);
+    yAxis2->setVisible(state.frame);
+}
+
+void ChartWidget::showAxis(const ChartState& state, int which) {
+    QCPAxis& axis = which == ChartAxis::X ? *xAxis : *yAxis;
+    const ChartAxisState& own = state.axes[static_cast<std::size_t>(which)];
+    const double titlePixels = own.titleSize * 96.0 / 72.0;
+    axis.setLabel(qText(shortenedText(own.title, which == ChartAxis::X ? width() : height(), titlePixels)));
+    axis.setLabelFont(fontOf(titlePixels));
+    axis.setScaleType(isLog(state, which) ? QCPAxis::stLogarithmic : QCPAxis::stLinear);
+    const ChartRange range = shownRange(state, which);
+    axis.setRange(range.lower, range.upper);
+    axis.grid()->setVisible(state.grid || state.minorGrid);
+    axis.grid()->setPen(state.grid ? QPen(kGrid) : QPen(Qt::NoPen));
+    axis.grid()->setZeroLinePen(Qt::NoPen);
+    axis.grid()->setSubGridVisible(state.minorGrid);
+    axis.grid()->setSubGridPen(kMinorGrid);
+}
+
+void ChartWidget::showSeries() {
+    const ChartState* state = source_();
+    clearPlottables();
+    if (!state) return;
+    QCPBars* below = nullptr;
+    for (std::size_t s = 0; s < state->series.size(); ++s)
+        if (state->form == ChartForm::Bars)
+            addBars(*state, s, below);
+        else
+            addLine(*state, s);
+    showLegend(*state);
+}
+
+void ChartWidget::addLine(const ChartState& state, std::size_t series) {
+    const ChartSeries& own = state.series[series];
+    const ChartView seen = view();
+    const QCPScatterStyle marker = markerStyle(state, series);
+    auto* line = new LineCurve(xAxis, yAxis, marker);
+    line->setName(qText(shortenedText(nameOf(state, series), width() / 4.0, kText)));
+    line->setPen(penOf(state, series));
+    QVector<double> x, y;
+    for (const std::size_t point : linePoints(own, seen)) {
+        x.append(point == kChartBreak ? qQNaN() : own.x[point]);
+        y.append(point == kChartBreak ? qQNaN() : own.y[point]);
+    }
+    line->setData(x, y);
+    if (marker.isNone()) return;
+    auto* markers = new MarkerCurve(xAxis, yAxis);
+    markers->setLineStyle(QCPCurve::lsNone);
+    markers->setScatterStyle(marker);
+    x.clear();
+    y.clear();
+    for (const std::size_t point : markerPoints(own, seen, kMarker / 2.0)) {
+        x.append(own.x[point]);
+        y.append(own.y[point]);
+    }
+    markers->setData(x, y);
+}
+
+void ChartWidget::addBars(const ChartState& state, std::size_t series, QCPBars*& below) {
+    const ChartSeries& own = state.series[series];
+    const bool stacked = state.arrangement == ChartBars::Stacked;
+    const bool hasZero = state.fromZero && !isLog(state, ChartAxis::Y);
+    const double place = barPlaceWidth(state);
+    const double count = stacked ? 1.0 : static_cast<double>(state.series.size());
+    const double middle = stacked ? 0.0 : (static_cast<double>(series) + 0.5) / count - 0.5;
+    auto* bars = new QCPBars(xAxis, yAxis);
+    bars->setName(qText(shortenedText(nameOf(state, series), width() / 4.0, kText)));
+    bars->setWidth(place / count);
+    bars->setBaseValue(hasZero ? 0.0 : yAxis->range().lower);
+    bars->setBrush(colorOfSeries(state, series));
+    bars->setPen(QPen(kFrame, std::min(own.width, 1.0) * 0.5));
+    QVector<double> x, y;
+    for (const std::size_t point : barPoints(own, view())) {
+        x.append(own.x[point] + middle * place);
+        y.append(own.y[point]);
+    }
+    bars->setData(x, y);
+    if (stacked && hasZero && below) bars->moveAbove(below);
+    below = bars;
+}
+
+void ChartWidget::showLegend(const ChartState& state) {
+    legend->clear();
+    legend->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    const bool shown = state.legend && !state.series.empty();
+    legend->setVisible(shown);
+    QCPLayout* inset = axisRect()->insetLayout();
+    if (legend->layout() != (shown ? static_cast<QCPLayout*>(plotLayout()) : inset)) {
+        legend->layout()->take(legend);
+        if (shown) {
+            plotLayout()->addElement(1, 1, legend);
+            plotLayout()->setColumnStretchFactor(1, 0.001);
+        } else {
+            axisRect()->insetLayout()->addElement(legend, Qt::AlignTop | Qt::AlignRight);
+            plotLayout()->simplify();
+        }
+    }
+    if (!shown) return;
+    std::size_t listed = 0;
+    for (int i = 0; i < plottableCount() && listed < kMostListedSeries; ++i) {
+        if (plottable(i)->name().isEmpty()) continue; // markers
+        plottable(i)->addToLegend();
+        ++listed;
+    }
+    legend->setMaximumSize(QWIDGETSIZE_MAX, legend->minimumOuterSizeHint().height());
+}
+
+void ChartWidget::resizeEvent(QResizeEvent* event) {
+    QCustomPlot::resizeEvent(event);
+    showState();
+}
+
+void ChartWidget::wheelEvent(QWheelEvent* event) {
+    const ChartState* state = source_();
+    if (!state || !state->zoomMode) return event->ignore();
+    constexpr double kStep = 0.85;
+    const double factor = std::pow(kStep, event->angleDelta().y() / 120.0);
+    const ChartView seen = view();
+    if (seen.width < 1.0 || seen.height < 1.0) return;
+    const double atX = std::clamp((event->position().x() - seen.left) / seen.width, 0.0, 1.0);
+    const double atY = std::clamp((seen.top + seen.height - event->position().y()) / seen.height, 0.0, 1.0);
+    zoomWanted(enlarged(seen.x, seen.logX, atX, factor), enlarged(seen.y, seen.logY, atY, factor));
+}
+
+void ChartWidget::mousePressEvent(QMouseEvent* event) {
+    hideTip();
+    const ChartState* state = source_();
+    if (!state) return;
+    if (event->button() == Qt::RightButton && state->menu) menuWanted(event->position().toPoint());
+    if (event->button() != Qt::LeftButton || !state->zoomMode) return;
+    dragStart_ = event->position();
+    dragView_ = view();
+}
+
+void ChartWidget::mouseMoveEvent(QMouseEvent* event) {
+    if (!dragStart_) return followMouse(event->position());
+    if (dragView_.width < 1.0 || dragView_.height < 1.0) return;
+    const QPointF by = event->position() - *dragStart_;
+    zoomWanted(moved(dragView_.x, dragView_.logX, by.x() / dragView_.width),
+               moved(dragView_.y, dragView_.logY, -by.y() / dragView_.height));
+}
+
+void ChartWidget::mouseReleaseEvent(QMouseEvent*) {
+    dragStart_.reset();
+}
+
+void ChartWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+    dragStart_.reset();
+    if (event->button() == Qt::LeftButton) wholeWanted();
+}
+
+void ChartWidget::leaveEvent(QEvent*) {
+    hideTip();
+}
+
+void ChartWidget::followMouse(const QPointF& at) {
+    const ChartState* state = source_();
+    const ChartView seen = view();
+    const auto hit = state && state->toolTip && state->form == ChartForm::Lines
+                         ? nearestPoint(*state, seen, at.x(), at.y(), kReach)
+                         : std::nullopt;
+    if (!hit) return hideTip();
+    const ChartSeries& series = state->series[hit->series];
+    const ChartPixel pixel = pixelOf(seen, series.x[hit->point], series.y[hit->point]);
+    constexpr double kMark = 6.0;
+    tipMark_->topLeft->setCoords(pixel.x - kMark, pixel.y - kMark);
+    tipMark_->bottomRight->setCoords(pixel.x + kMark, pixel.y + kMark);
+    tip_->setText(qText(hitText(*state, *hit)));
+    const bool left = pixel.x > width() / 2.0, above = pixel.y > height() / 2.0;
+    tip_->setPositionAlignment((left ? Qt::AlignRight : Qt::AlignLeft) |
+                               (above ? Qt::AlignBottom : Qt::AlignTop));
+    tip_->position->setCoords(pixel.x + (left ? -kMark : kMark), pixel.y + (above ? -kMark : kMark));
+    tip_->setVisible(true);
+    tipMark_->setVisible(true);
+    layer(kOverlay)->replot();
+}
+
+void ChartWidget::hideTip() {
+    if (!tip_->visible()) return;
+    tip_->setVisible(false);
+    tipMark_->setVisible(false);
+    layer(kOverlay)->replot();
+}
+
+} // namespace workbench::desktop
