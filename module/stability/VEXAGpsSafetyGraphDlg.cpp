@@ -7,6 +7,7 @@
 #include "host/MSGFunction.h"
 #include "host/dialogs/DlgUtil.h"
 #include "module/resources/resource.h"
+#include "module/stability/SafetyGraphType.h"
 
 #include <algorithm>
 #include <fstream>

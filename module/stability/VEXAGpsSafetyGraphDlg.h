@@ -8,12 +8,6 @@
 #include <string>
 #include <utility>
 
-/// Values of the graph-type box, by position.
-namespace SafetyGraphType {
-inline constexpr int Displacement = 0; ///< factor of safety over displacement
-inline constexpr int Iterations = 1;   ///< factor of safety over accumulated iterations
-} // namespace SafetyGraphType
-
 /// The history of the factor of safety that the solver left beside the document. Modeless.
 class CVEXAGpsSafetyGraphDlg : public CQMDialog {
   public:

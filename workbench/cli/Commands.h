@@ -42,5 +42,6 @@ std::unique_ptr<Command> makeFatigueCommand(CLI::App& app);
 std::unique_ptr<Command> makePictureCommand(CLI::App& app);
 std::unique_ptr<Command> makeCombineCommand(CLI::App& app);
 std::unique_ptr<Command> makeCheckCommand(CLI::App& app);
+std::unique_ptr<Command> makeFosCommand(CLI::App& app);
 
 } // namespace workbench::cli

@@ -52,7 +52,7 @@ int run(int argc, char** argv) {
 
     std::unique_ptr<Command> commands[] = {
         makeNewCommand(app),     makeInfoCommand(app),    makeTableCommand(app), makeFatigueCommand(app),
-        makePictureCommand(app), makeCombineCommand(app), makeCheckCommand(app)};
+        makePictureCommand(app), makeCombineCommand(app), makeCheckCommand(app), makeFosCommand(app)};
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -3,6 +3,7 @@
 #include "module/entry/VEXAGpsDialog.h"
 #include "workbench/cli/ResultChoice.h"
 #include "workbench/desktop/Appearance.h"
+#include "workbench/desktop/ChartExport.h"
 #include "workbench/desktop/MainWindow.h"
 #include "workbench/desktop/ModuleDialogs.h"
 #include "workbench/desktop/ScreenDescription.h"
@@ -30,19 +31,24 @@ struct Options {
     std::string argument;
     std::string script;
     std::string screenshot;
+    std::string chart;
     std::string describe;
     std::string language = "en";
     std::string edition = "A";
     std::string units;
     std::string programFolder;
     std::vector<int> size{1280, 800};
+
+    /// Nobody sits before the screen.
+    bool endsByItself() const { return !screenshot.empty() || !chart.empty(); }
 };
 
 constexpr const char* kDescription =
     "vexa-desktop shows a model with its results and opens the dialogs of VEXA_gps.";
 constexpr const char* kFooter =
     "Without a model the window opens empty; File opens one or imports a project deck.\n"
-    "--screenshot needs no display: it writes a picture of the dialog, or of the main window, and ends.\n"
+    "--screenshot needs no display: it writes a picture of the dialog, or of the main window, and ends;\n"
+    "--chart does the same with the chart in the dialog.\n"
     "Exit codes: 0 done, 1 wrong input or failure (the standard error output says why), 2 wrong command "
     "line.";
 
@@ -57,6 +63,8 @@ void addOptions(CLI::App& app, Options& options) {
     app.add_option("--argument", options.argument, "Text that the dialog takes, such as a name");
     app.add_option("--do", options.script, "Script of user actions to do (docs/desk-script.md)");
     app.add_option("--screenshot", options.screenshot, "Write a picture (.png) and end");
+    app.add_option("--chart", options.chart,
+                   "Write the chart of the dialog (.png, .pdf, .svg or .csv) in the size of --size, and end");
     app.add_option("--analysis", options.choice.analysis, "Show a result of this analysis, by name");
     app.add_option("--case", options.choice.caseName, "Case by name (default: the only one)");
     app.add_option("--step", options.choice.step, "Step by name or number (default: the last)");
@@ -71,7 +79,7 @@ void addOptions(CLI::App& app, Options& options) {
     app.add_option("--size", options.size, "Width and height of the main window, such as 1280x800")
         ->expected(2)
         ->delimiter('x')
-        ->check(CLI::Range(400, 8192));
+        ->check(CLI::Range(50, 8192));
     app.add_option("--describe", options.describe,
                    "Keep a list of what is on the screen, and where, in this file");
 }
@@ -91,6 +99,9 @@ std::string usageError(const Options& options) {
         return "--component needs --analysis";
     if (!options.screenshot.empty() && !options.screenshot.ends_with(".png"))
         return "the screenshot's name must end in .png, which \"" + options.screenshot + "\" does not";
+    if (!options.chart.empty() && options.dialog.empty()) return "--chart needs --dialog";
+    if (!options.chart.empty() && !options.screenshot.empty())
+        return "--chart and --screenshot do not go together";
     if (!options.units.empty() && parseUnitSystem(options.units).force.empty())
         return "--units \"" + options.units + "\" is no pair of force and length such as kN,m";
     return {};
@@ -98,7 +109,7 @@ std::string usageError(const Options& options) {
 
 /// The screen that the toolkit draws on; a sentence when there is none.
 std::string chooseScreen(const Options& options) {
-    if (!options.screenshot.empty()) {
+    if (options.endsByItself()) {
         ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
         return {};
     }
@@ -149,11 +160,11 @@ class Program {
         desk.flush();
         std::optional<ScreenDescription> description;
         if (!options_.describe.empty()) description.emplace(options_.describe);
-        if (options_.screenshot.empty()) {
+        if (!options_.endsByItself()) {
             QTimer::singleShot(0, [&] { openDialog(std::move(steps), {}); });
             return QApplication::exec() == 0 ? kDone : kFailed;
         }
-        openDialog(std::move(steps), [&] { shoot(); });
+        openDialog(std::move(steps), [&] { options_.chart.empty() ? shoot() : saveChart(); });
         return exitCode_;
     }
 
@@ -170,6 +181,7 @@ class Program {
         if (options_.choice.model.empty()) return {};
         if (auto opened = window_->open(options_.choice.model, parseUnitSystem(options_.units)); !opened)
             return opened;
+        if (!options_.chart.empty()) return {}; // nobody sees the contour
         if (options_.choice.analysis.empty()) {
             window_->showFirstResult();
         } else if (options_.choice.component.empty()) {
@@ -210,6 +222,20 @@ class Program {
             exitCode_ = fail(saved.error().message);
     }
 
+    void saveChart() {
+        QCoreApplication::processEvents();
+        QWidget* dialog = desk_->widgetOf(GetActiveWindow());
+        const auto plots = dialog ? dialog->findChildren<QCustomPlot*>() : QList<QCustomPlot*>();
+        auto* chart = plots.isEmpty() ? nullptr : dynamic_cast<ChartWidget*>(plots.front());
+        if (!chart) {
+            exitCode_ = fail("the dialog " + options_.dialog + " did not open or has no chart");
+            return;
+        }
+        chart->resize(options_.size[0], options_.size[1]);
+        const QString problem = exportChart(*chart, QString::fromStdString(options_.chart));
+        if (!problem.isEmpty()) exitCode_ = fail(problem.toStdString());
+    }
+
     Options options_;
     QtDesktop* desk_ = nullptr;
     MainWindow* window_ = nullptr;
@@ -235,10 +261,12 @@ int runProgram(int argc, char** argv) {
     auto steps = readScript(options.script);
     if (!steps) return fail(steps.error().message);
     // Tried in a copy of this process, so before the toolkit has threads.
-    if (const auto drawable = drawingDisplay(&canDrawOn); !drawable) return fail(drawable.error().message);
+    if (options.chart.empty())
+        if (const auto drawable = drawingDisplay(&canDrawOn); !drawable)
+            return fail(drawable.error().message);
 
     // Without a display the toolkit warns of what a screen would do.
-    if (!options.screenshot.empty())
+    if (options.endsByItself())
         qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
             if (type == QtCriticalMsg || type == QtFatalMsg)
                 std::fprintf(stderr, "%s\n", text.toUtf8().constData());
