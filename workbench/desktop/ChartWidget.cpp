@@ -14,6 +14,7 @@ using namespace tqx::frx;
 constexpr int kText = 11;
 constexpr int kTitle = 15;
 constexpr double kMarker = 7.0;
+constexpr double kLeastStretch = 0.001;
 constexpr double kReach = 12.0; ///< of the tool tip, pixels
 constexpr const char* kOverlay = "overlay";
 
@@ -135,7 +136,8 @@ ChartWidget::ChartWidget(Source source, QWidget* parent)
     : QCustomPlot(parent)
     , source_(std::move(source))
     , title_(new QCPTextElement(this, QString(), fontOf(kTitle)))
-    , summary_(new QCPTextElement(this, QString(), fontOf(kText))) {
+    , summary_(new QCPTextElement(this, QString(), fontOf(kText)))
+    , legendColumn_(new QCPLayoutGrid) {
     setMouseTracking(true);
     setAutoAddPlottableToLegend(false);
     setSelectionTolerance(0);
@@ -144,6 +146,10 @@ ChartWidget::ChartWidget(Source source, QWidget* parent)
     plotLayout()->addElement(2, 0, summary_);
     summary_->setTextFlags(Qt::AlignLeft | Qt::TextDontClip);
     plotLayout()->setRowSpacing(2);
+    plotLayout()->addElement(1, 1, legendColumn_);
+    plotLayout()->setColumnStretchFactor(1, kLeastStretch);
+    legendColumn_->addElement(1, 0, new QCPLayoutElement(this)); // takes what the legend leaves
+    legendColumn_->setRowStretchFactor(0, kLeastStretch);
     axisRect()->insetLayout()->setInsetAlignment(0, Qt::AlignTop | Qt::AlignRight);
     legend->setBorderPen(Qt::NoPen);
     legend->setFont(fontOf(kText));
@@ -310,19 +316,16 @@ void ChartWidget::addBars(const ChartState& state, std::size_t series, QCPBars*&
 
 void ChartWidget::showLegend(const ChartState& state) {
     legend->clear();
-    legend->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
     const bool shown = state.legend && !state.series.empty();
     legend->setVisible(shown);
-    QCPLayout* inset = axisRect()->insetLayout();
-    if (legend->layout() != (shown ? static_cast<QCPLayout*>(plotLayout()) : inset)) {
+    QCPLayout* const inset = axisRect()->insetLayout();
+    QCPLayout* const wanted = shown ? legendColumn_ : inset;
+    if (legend->layout() != wanted) {
         legend->layout()->take(legend);
-        if (shown) {
-            plotLayout()->addElement(1, 1, legend);
-            plotLayout()->setColumnStretchFactor(1, 0.001);
-        } else {
+        if (shown)
+            legendColumn_->addElement(0, 0, legend);
+        else
             axisRect()->insetLayout()->addElement(legend, Qt::AlignTop | Qt::AlignRight);
-            plotLayout()->simplify();
-        }
     }
     if (!shown) return;
     std::size_t listed = 0;
@@ -331,7 +334,6 @@ void ChartWidget::showLegend(const ChartState& state) {
         plottable(i)->addToLegend();
         ++listed;
     }
-    legend->setMaximumSize(QWIDGETSIZE_MAX, legend->minimumOuterSizeHint().height());
 }
 
 void ChartWidget::resizeEvent(QResizeEvent* event) {

@@ -50,6 +50,7 @@ class ChartWidget : public QCustomPlot {
     Source source_;
     QCPTextElement* title_;
     QCPTextElement* summary_;
+    QCPLayoutGrid* legendColumn_;
     QCPItemText* tip_ = nullptr;
     QCPItemEllipse* tipMark_ = nullptr;
     std::optional<QPointF> dragStart_;

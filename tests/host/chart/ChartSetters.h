@@ -50,7 +50,7 @@ inline std::vector<ChartSetter> chartSetters() {
         {"ResetAxisRange", [](Chart& c) { return c.ResetAxisRange(ChartAxis::Y); },
          [](Chart& c) { c.SetAxisRange(ChartAxis::Y, -30, 20); }},
         {"SetAxisDivision x", [](Chart& c) { return c.SetAxisDivision(ChartAxis::X, 3); }},
-        {"SetAxisDivision y", [](Chart& c) { return c.SetAxisDivision(ChartAxis::Y, 7); }},
+        {"SetAxisDivision y", [](Chart& c) { return c.SetAxisDivision(ChartAxis::Y, 9); }},
         {"SetAxisLog x", [](Chart& c) { return c.SetAxisLog(ChartAxis::X, 1); }, positive},
         {"SetAxisLog y", [](Chart& c) { return c.SetAxisLog(ChartAxis::Y, 1); }, positive},
         {"AddData point", [](Chart& c) { return c.AddData(0, 6.0, 30.0); }},

@@ -254,6 +254,8 @@ TEST_F(ChartOnScreen, PictureOfMarkersAndDashes) {
     chart->ShowMinorGridLine(1);
     show();
     EXPECT_EQ(plot().size(), QSize(760, 460));
+    EXPECT_GT(plot().view().height, 340.0);
+    EXPECT_GT(plot().view().width, 500.0);
     if (const char* path = std::getenv("VEXA_CHART_PICTURE")) {
         EXPECT_TRUE(plot().toPixmap().save(path));
     }
