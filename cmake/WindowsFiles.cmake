@@ -12,7 +12,6 @@ endfunction()
 
 # The compiler's runtime is shared, so that exceptions and allocations cross the libraries: its files stand beside the
 # programs, as they must wherever the libraries go.
-set(VEXA_RUNTIME_FILES)
 foreach(name libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
     execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${name}
         OUTPUT_VARIABLE file OUTPUT_STRIP_TRAILING_WHITESPACE)
@@ -20,5 +19,5 @@ foreach(name libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
         message(FATAL_ERROR "the compiler ${CMAKE_CXX_COMPILER} has no ${name}; install g++-mingw-w64-x86-64-posix")
     endif()
     file(COPY ${file} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
-    list(APPEND VEXA_RUNTIME_FILES ${file})
+    install(FILES ${file} DESTINATION bin)
 endforeach()

@@ -1,5 +1,6 @@
 #include "module/entry/VEXAGpsDialog.h"
 
+#include "framework/system/Library.h"
 #include "framework/text/CodePage.h"
 #include "framework/windows/WinThread.h"
 #include "module/combination/VEXAGpsResultCombinationDlg.h"
@@ -183,5 +184,7 @@ std::int64_t IVEXAGpsDialog::DoModeless(const wchar_t*, void*) {
 }
 
 extern "C" void Init_VEXA_gpsdll() {
-    framework::addTemplates(moduleTemplates());
+    const auto templates = moduleTemplates();
+    framework::addTemplates(templates);
+    framework::keepLibrary(templates.data());
 }

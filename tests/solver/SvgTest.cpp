@@ -2,6 +2,7 @@
 #include "solver/SvgHistory.h"
 #include "solver/SvgMatrix.h"
 #include "tests/solver/SvgSheet.h"
+#include "tests/support/Golden.h"
 #include "tests/support/RandomIntegers.h"
 
 #include <gtest/gtest.h>
@@ -122,6 +123,7 @@ TEST(SvgHistory, LongHistoriesKeepTheirPeaks) {
     const std::string with = historyOf(values);
     values[54321] = 500;
     const std::string half = historyOf(values);
+    keepGolden("solver/history.svg", half);
     EXPECT_EQ(SvgSheet(with).elements.at("polyline"), 1);
     EXPECT_NE(with.find(",70.00 "), std::string::npos) << "the peak reaches the top of the plot";
     EXPECT_TRUE(SvgSheet(half).holds("3 turning points"));
@@ -163,6 +165,7 @@ TEST(SvgMatrix, ColoursByDamageShare) {
     const std::vector<solver::MatrixEntry> entries{
         {100, 0, 0.5, 0.949}, {70, 50, 1, 0.05}, {40, -50, 12, 0.001}, {5, 90, 300, 0}};
     const std::string svg = solver::matrixPicture({"Node 1", "None", "stress", entries});
+    keepGolden("solver/matrix.svg", svg);
     struct Row {
         const char* fill;
         int bins;

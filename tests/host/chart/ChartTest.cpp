@@ -1,5 +1,6 @@
 #include "host/chart/ChartTable.h"
 #include "tests/host/chart/ChartFixture.h"
+#include "tests/support/Golden.h"
 #include "tests/support/RandomIntegers.h"
 
 #include <cmath>
@@ -73,6 +74,7 @@ TEST_F(ChartFixture, ASmallLineChartAsItIsWritten) {
     chart.AddData(0, 10.0, 1.5);
     chart.SetSeriesMarker(0, ChartMarker::Square);
     const std::string svg = chart.GetSvg();
+    keepGolden("host/line-chart.svg", svg);
     // The plot is so many pixels wide and high, and shows 0 to 10 and 1 to 2.
     double left = 0, top = 0, width = 0, height = 0;
     ASSERT_EQ(std::sscanf(svg.c_str() + svg.find("<clipPath"),
