@@ -12,6 +12,8 @@
 
 namespace workbench::desktop {
 
+struct ModuleDialog;
+
 /// The program's window: results, the model with one of them, messages, and menus. It stands for the frame's
 /// main window and, with its view, for the view of the open document.
 class MainWindow final : public QMainWindow {
@@ -49,6 +51,7 @@ class MainWindow final : public QMainWindow {
     void addFileMenu();
     void addViewMenu();
     void addResultsMenu();
+    void openSafetyGraph(const ModuleDialog& dialog);
     void addFatigueMenu();
     void addPickMenu();
     void addUnitsMenu();

@@ -127,8 +127,24 @@ void MainWindow::addResultsMenu() {
     for (const ModuleDialog& dialog : moduleDialogs())
         menu->addAction(message(dialog.menuKey), this, [this, &dialog] {
             tellPlace();
-            openModuleDialog(dialog, *document_, {});
+            if (std::wstring_view(dialog.className) == kSafetyGraphClass)
+                openSafetyGraph(dialog);
+            else
+                openModuleDialog(dialog, *document_, {});
         });
+}
+
+/// Of several histories the user chooses one.
+void MainWindow::openSafetyGraph(const ModuleDialog& dialog) {
+    QStringList names;
+    for (const std::wstring& name : safetyHistoryNames(*document_))
+        names << qText(name);
+    QString chosen = names.isEmpty() ? QString() : names.front();
+    bool isChosen = true;
+    if (names.size() > 1)
+        chosen = QInputDialog::getItem(this, message(L"IDS_VEXA_CAE_GRAPH_FOS"),
+                                       message(L"IDS_WB_HISTORY_NAME"), names, 0, false, &isChosen);
+    if (isChosen && document_) openModuleDialog(dialog, *document_, wideText(chosen));
 }
 
 void MainWindow::addFatigueMenu() {

@@ -4,6 +4,7 @@
 
 #include <span>
 #include <string>
+#include <vector>
 
 namespace workbench::desktop {
 
@@ -18,6 +19,11 @@ struct ModuleDialog {
 std::span<const ModuleDialog> moduleDialogs();
 /// Null for a name that is not among them; upper and lower case differ.
 const ModuleDialog* findModuleDialog(const std::wstring& className);
+
+/// The class of the one that takes a name.
+inline constexpr const wchar_t* kSafetyGraphClass = L"CVEXAGpsSafetyGraphDlg";
+/// Names of the histories of the factor of safety that lie beside the document, ascending.
+std::vector<std::wstring> safetyHistoryNames(const Document& document);
 
 /// Opens it as a host does. `argument` is the name that the safety graph takes; others take none.
 void openModuleDialog(const ModuleDialog& dialog, Document& document, const std::wstring& argument);

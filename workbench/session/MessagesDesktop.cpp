@@ -42,6 +42,7 @@ constexpr Message kMessages[] = {
     {"IDS_WB_FATIGUE_ALL", "&All definitions", "모든 정의(&A)"},
     {"IDS_WB_FILE", "&File", "파일(&F)"},
     {"IDS_WB_FIT", "&Whole model", "전체 보기(&W)"},
+    {"IDS_WB_HISTORY_NAME", "History beside the document", "문서 옆에 있는 이력"},
     {"IDS_WB_IGNORE", "Ignore", "무시"},
     {"IDS_WB_IMPORT", "&Import project deck...", "프로젝트 덱 가져오기(&I)..."},
     {"IDS_WB_LANGUAGE", "&Language", "언어(&L)"},

@@ -1,6 +1,8 @@
 #include "workbench/desktop/MainWindow.h"
 
+#include "host/chart/ChartCtrl.h"
 #include "module/entry/VEXAGpsDialog.h"
+#include "module/resources/resource.h"
 #include "tests/workbench/cli/Program.h"
 #include "tests/workbench/desktop/DeskFixture.h"
 #include "workbench/desktop/ModuleDialogs.h"
@@ -12,6 +14,7 @@ namespace {
 using namespace desktest;
 using namespace workbench;
 using namespace workbench::desktop;
+namespace user = framework::user;
 
 /// The main window with the cube, "Pull" then "Shear", and what it says.
 class WindowWithModel : public DeskTest {
@@ -54,6 +57,24 @@ class WindowWithModel : public DeskTest {
     WindowFrame frame{L"test"};
     std::unique_ptr<MainWindow> window;
 };
+
+TEST_F(WindowWithModel, TheMenuOpensTheHistoryBesideTheDocument) {
+    EXPECT_TRUE(safetyHistoryNames(*window->document()).empty());
+    folder.write("cube_ssr_fos.out", "SUBCASE : a\n1 1 1 T\n");
+    for (const char* other : {"cube_fos.out", "cubes_x_fos.out", "cube_ssr_fos.outer"})
+        folder.write(other, "");
+    EXPECT_EQ(safetyHistoryNames(*window->document()), std::vector<std::wstring>{L"ssr"});
+    ASSERT_TRUE(entry("Safety Graph"));
+    entry("Safety Graph")->trigger();
+    settle();
+    const HWND dialog = GetActiveWindow();
+    const auto* chart = tqx::frx::findChart(GetDlgItem(dialog, IDC_SAFETY_CHART));
+    ASSERT_TRUE(chart);
+    EXPECT_EQ(chart->series.size(), 1u);
+    EXPECT_TRUE(user::close(dialog));
+    folder.write("cube__fos.out", "");
+    EXPECT_EQ(safetyHistoryNames(*window->document()), (std::vector<std::wstring>{L"", L"ssr"}));
+}
 
 TEST_F(WindowWithModel, PicksIntoTheSelection) {
     const auto nodeAt = [&](std::size_t node) {
