@@ -83,11 +83,13 @@ class Runs(unittest.TestCase):
 
     def test_anything_else_is_a_failure_and_no_collapse(self):
         whole, end = results(HALF, WHOLE), "\n Job finished\n"
+        unknown, full = " *WARNING in x. Card image cannot be interpreted:\n *FOO\n", "stopped: .*max. # of increments"
         for log, status, convergence, frd, words in (
-                (" *WARNING in x. Card image cannot be interpreted:\n *FOO\n" + end, STATUS, ITERATIONS, whole, "FOO"),
+                (unknown + end, STATUS, ITERATIONS, whole, "FOO"),
                 (" *WARNING reading *X: parameter not recognized:\n   BAR=1\n" + end, STATUS, ITERATIONS, whole, "BAR=1"),
-                (" *ERROR in nonlingeo: max. # of increments reached\n", STUCK, ITERATIONS, whole, "max. # of increments"),
-                (" *ERROR in e_c3d: nonpositive jacobian\n        determinant in element 31\n", [], [], [], "element 31"),
+                (" *ERROR in nonlingeo: max. # of increments reached\n", STUCK, ITERATIONS, whole, full),
+                (" *ERROR in e_c3d: nonpositive jacobian\n        determinant in element 31\n", [], [], [],
+                 "stopped: .*element 31"),
                 (" STEP 1\n", STATUS, ITERATIONS, whole, "without a word.*STEP 1"),
                 (end, STATUS[:3], ITERATIONS, whole, "at time 0.5"),
                 (end, STUCK, ITERATIONS, whole, "finished at time"),
