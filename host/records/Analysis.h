@@ -23,4 +23,5 @@ struct tagTVXOctr {
     ItrKey key = 0;
     std::wstring name;
     std::int32_t value = 0;
+    std::int32_t stressRatio = 0; ///< 1: local safety is shown as stress ratio, not as factor of safety
 };

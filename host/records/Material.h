@@ -14,6 +14,15 @@ struct tagTMatl {
     double elasticModulus = 0;
     double poissonRatio = 0;
     double density = 0;
+
+    // Strength after Mohr-Coulomb, for stability.
+    std::int32_t notApplicable = 0;   ///< 1: no local safety is asked of it; its rate is 0
+    std::int32_t excluded = 0;        ///< 1: it takes no part in stability at all
+    std::int32_t strengthDefined = 0; ///< 1: cohesion and friction angle are given
+    double cohesion = 0;              ///< stress
+    double frictionAngle = 0;         ///< degrees
+    std::int32_t tensileCutoff = 0;   ///< 1: tensileStrength bounds the mean stress
+    double tensileStrength = 0;       ///< stress
 };
 
 /// Codes of tagTProp::typeCode.

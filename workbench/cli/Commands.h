@@ -43,5 +43,6 @@ std::unique_ptr<Command> makePictureCommand(CLI::App& app);
 std::unique_ptr<Command> makeCombineCommand(CLI::App& app);
 std::unique_ptr<Command> makeCheckCommand(CLI::App& app);
 std::unique_ptr<Command> makeFosCommand(CLI::App& app);
+std::unique_ptr<Command> makeSafetyCommand(CLI::App& app);
 
 } // namespace workbench::cli

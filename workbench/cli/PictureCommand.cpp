@@ -147,8 +147,8 @@ class PictureCommand final : public Command {
             value = static_cast<float>(value * factor);
         const std::vector<std::uint8_t> valued = valuedElements(table.GetTable(), mesh);
         const std::vector<float> elements =
-            elementValues(table.GetTable(), factor, mesh, *values, valued, isLife(id));
-        const auto marks = chooseMarks(choice, {mesh, *values, elements, isLife(id), host.language()});
+            elementValues(table.GetTable(), factor, mesh, *values, valued, smallestIsWorst(id));
+        const auto marks = chooseMarks(choice, {mesh, *values, elements, smallestIsWorst(id), host.language()});
         if (!marks) return fail(marks.error());
 
         ContourPicture picture = describe(host, table);

@@ -39,8 +39,9 @@ bool isSpreadWidely(unsigned id) {
     return id >= resultfile::fatigue::kDamage && id < resultfile::fatigue::kEquivalentAmplitude;
 }
 
-bool isLife(unsigned id) {
-    return id >= resultfile::fatigue::kLife && id < resultfile::fatigue::kEquivalentAmplitude;
+bool smallestIsWorst(unsigned id) {
+    const bool isLife = id >= resultfile::fatigue::kLife && id < resultfile::fatigue::kEquivalentAmplitude;
+    return isLife || id == safety::kFactor;
 }
 
 ContourPicture describedPicture(const WorkbenchHost& host, CVResult& table) {

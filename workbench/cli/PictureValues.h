@@ -14,8 +14,8 @@ namespace workbench::cli {
 
 /// Damage and life spread over many powers of ten.
 bool isSpreadWidely(unsigned id);
-/// Of a life the smallest value is the worst.
-bool isLife(unsigned id);
+/// Of a life and of a factor of safety the smallest value is the worst.
+bool smallestIsWorst(unsigned id);
 
 /// Titles and words in the host's language, and the spread over the colours that fits the component.
 ContourPicture describedPicture(const WorkbenchHost& host, CVResult& table);

@@ -93,11 +93,15 @@ std::vector<std::string> withShortForms(const std::vector<std::string>& names) {
 
 } // namespace
 
-void ResultChoice::addTo(CLI::App& command) {
+void ResultChoice::addStepTo(CLI::App& command) {
     command.add_option("model", model, "Document (.wkm)")->required();
     command.add_option("--analysis", analysis, "Analysis by name")->required();
     command.add_option("--case", caseName, "Case by name (default: the only one)");
     command.add_option("--step", step, "Step by name, or by its number in the case (default: the last)");
+}
+
+void ResultChoice::addTo(CLI::App& command) {
+    addStepTo(command);
     command
         .add_option(
             "--component", component,

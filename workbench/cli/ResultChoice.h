@@ -20,6 +20,7 @@ struct ResultChoice {
     std::string component;
 
     void addTo(CLI::App& command);
+    void addStepTo(CLI::App& command); ///< all but the component
 
     /// The step that is named, or the one of that number in its case. A name that does not exist is answered
     /// with those that do.

@@ -51,8 +51,9 @@ int run(int argc, char** argv) {
     addCommonOptions(app, common);
 
     std::unique_ptr<Command> commands[] = {
-        makeNewCommand(app),     makeInfoCommand(app),    makeTableCommand(app), makeFatigueCommand(app),
-        makePictureCommand(app), makeCombineCommand(app), makeCheckCommand(app), makeFosCommand(app)};
+        makeNewCommand(app),     makeInfoCommand(app),    makeTableCommand(app),
+        makeFatigueCommand(app), makePictureCommand(app), makeCombineCommand(app),
+        makeCheckCommand(app),   makeFosCommand(app),     makeSafetyCommand(app)};
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -51,7 +51,7 @@ Result<std::unique_ptr<ShownResult>> ShownResult::make(const WorkbenchHost& host
         value = static_cast<float>(value * factor);
     shown->valued_ = cli::valuedElements(*lease, mesh);
     shown->elements_ =
-        cli::elementValues(*lease, factor, mesh, shown->nodes_, shown->valued_, cli::isLife(table.GetId()));
+        cli::elementValues(*lease, factor, mesh, shown->nodes_, shown->valued_, cli::smallestIsWorst(table.GetId()));
 
     ContourPicture& picture = shown->picture_;
     picture = cli::describedPicture(host, table);

@@ -35,6 +35,7 @@ void checkDatabase(const fs::path& path, Findings& faults) {
 /// What the document states about its mesh in short must be what the mesh is.
 void checkSummary(const DocumentSummary& stated, const ModelDatabase& database, Findings& faults) {
     DocumentRows rows;
+    rows.meta["schema_version"] = std::to_string(kSchemaVersion);
     addMeshSummary(database.state().mesh, rows);
     const auto found = summaryOf(rows);
     if (!found) return faults.push_back({"mesh", found.error().message, kRestore});

@@ -198,7 +198,8 @@ Result<void> saveOverOrigin(ModelDatabase::State& state, DocumentRows& rows,
         return Error{"another program has changed it since it was opened; save under another name"};
     if (whileLocked) whileLocked();
     rows = rowsOf(state);
-    if (state.meshVersion != state.origin.meshVersion)
+    const bool isOlder = before->meta.at("schema_version") != rows.meta.at("schema_version");
+    if (isOlder || state.meshVersion != state.origin.meshVersion)
         return replaceWhole(state.origin.path, state.mesh, rows);
     for (const char* name : {"node_count", "element_count", "element_node_count", "bounds"})
         if (const auto found = before->meta.find(name); found != before->meta.end()) rows.meta.insert(*found);

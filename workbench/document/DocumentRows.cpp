@@ -49,12 +49,20 @@ std::string nameOf(const RecordRow& row) {
     return "record " + std::to_string(row.key) + " (" + row.pool + ")";
 }
 
+Result<int> versionOf(const DocumentRows& rows) {
+    const auto version = countOf(rows, "schema_version");
+    if (!version) return version.error();
+    if (*version == 0 || *version > kSchemaVersion)
+        return Error{"it is damaged: its table meta has another schema version than the file"};
+    return static_cast<int>(*version);
+}
+
 /// Puts `row` into `pool` when it belongs there.
 template <class P>
-bool takeRecord(const RecordRow& row, P& pool, std::string& problem) {
+bool takeRecord(const RecordRow& row, int version, P& pool, std::string& problem) {
     if (row.pool != pool.name()) return false;
     typename P::Record record;
-    RecordReader reader;
+    RecordReader reader(version);
     if (!reader.readText(row.data, record)) {
         problem = nameOf(row) + " cannot be read: " + reader.problem();
         return true;
@@ -66,12 +74,14 @@ bool takeRecord(const RecordRow& row, P& pool, std::string& problem) {
 }
 
 Result<void> takeRecords(const DocumentRows& rows, ModelDatabase::State& state) {
+    const auto version = versionOf(rows);
+    if (!version) return version.error();
     for (const RecordRow& row : rows.records) {
         if (row.key == 0 || row.key >= state.keys.next())
             return Error{nameOf(row) + " has a key that the document never gave out"};
         std::string problem;
-        const bool taken =
-            std::apply([&](auto&... pool) { return (takeRecord(row, pool, problem) || ...); }, state.pools);
+        const bool taken = std::apply(
+            [&](auto&... pool) { return (takeRecord(row, *version, pool, problem) || ...); }, state.pools);
         if (!taken) return Error{nameOf(row) + " belongs to no pool that this program knows"};
         if (!problem.empty()) return Error{problem};
     }
@@ -198,7 +208,9 @@ Result<std::uint64_t> countOf(const DocumentRows& rows, const std::string& name)
 
 Result<DocumentSummary> summaryOf(const DocumentRows& rows) {
     DocumentSummary summary;
-    summary.schemaVersion = kSchemaVersion;
+    const auto version = countOf(rows, "schema_version");
+    if (!version) return version.error();
+    summary.schemaVersion = static_cast<int>(*version);
     const auto nodes = countOf(rows, "node_count");
     const auto elements = countOf(rows, "element_count");
     const auto bounds = metaText(rows, "bounds");

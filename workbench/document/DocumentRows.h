@@ -12,7 +12,7 @@
 
 namespace workbench {
 
-inline constexpr int kSchemaVersion = 1;
+inline constexpr int kSchemaVersion = 2; ///< 2: strengths of materials, kind of local safety
 inline constexpr std::int32_t kApplicationId = 0x574B4D31; ///< "WKM1"
 
 /// A row of the table `records`.

@@ -41,7 +41,7 @@ Result<void> checkKind(const SqliteConnection& connection) {
         return Error{"it was written by a newer version of this program (document version " +
                      std::to_string(*version) + ", this program reads " + std::to_string(kSchemaVersion) +
                      "); open it with that version"};
-    if (*version != kSchemaVersion)
+    if (*version < 1)
         return Error{"its document version " + std::to_string(*version) + " is unknown; it is damaged"};
     return {};
 }

@@ -15,6 +15,7 @@ template <class T, class V>
 struct Field {
     const char* name;
     V T::*member;
+    int since = 1; ///< schema version; in older documents the member keeps its default
 };
 
 /// The fields of a record type, key and name aside (those have columns of their own). Reading and writing
@@ -30,9 +31,17 @@ struct RecordFields<T_NAMED_RECORD_D<Kind>> {
 template <>
 struct RecordFields<tagTMatl> {
     using T = tagTMatl;
-    static constexpr std::tuple fields{
-        Field{"number", &T::number}, Field{"elastic_modulus", &T::elasticModulus},
-        Field{"poisson_ratio", &T::poissonRatio}, Field{"density", &T::density}};
+    static constexpr std::tuple fields{Field{"number", &T::number},
+                                       Field{"elastic_modulus", &T::elasticModulus},
+                                       Field{"poisson_ratio", &T::poissonRatio},
+                                       Field{"density", &T::density},
+                                       Field{"not_applicable", &T::notApplicable, 2},
+                                       Field{"excluded", &T::excluded, 2},
+                                       Field{"strength_defined", &T::strengthDefined, 2},
+                                       Field{"cohesion", &T::cohesion, 2},
+                                       Field{"friction_angle", &T::frictionAngle, 2},
+                                       Field{"tensile_cutoff", &T::tensileCutoff, 2},
+                                       Field{"tensile_strength", &T::tensileStrength, 2}};
 };
 
 template <>
@@ -59,7 +68,8 @@ struct RecordFields<tagTVXMcas> {
 
 template <>
 struct RecordFields<tagTVXOctr> {
-    static constexpr std::tuple fields{Field{"value", &tagTVXOctr::value}};
+    static constexpr std::tuple fields{Field{"value", &tagTVXOctr::value},
+                                       Field{"stress_ratio", &tagTVXOctr::stressRatio, 2}};
 };
 
 template <>

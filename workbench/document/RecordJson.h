@@ -55,9 +55,13 @@ class RecordWriter {
     }
 };
 
-/// Reads fields back. Every field must be there, of its kind and in range, and no other one.
+/// Reads fields back. Every field of the schema version must be there, of its kind and in range, and no other
+/// one.
 class RecordReader {
   public:
+    explicit RecordReader(int schemaVersion)
+        : version_(schemaVersion) {}
+
     /// False when `text` is not such an object; problem() then says where.
     template <class T>
     bool readText(const std::string& text, T& record) {
@@ -97,7 +101,10 @@ class RecordReader {
     template <class T>
     bool read(const Json& json, T& record) {
         constexpr auto& fields = RecordFields<T>::fields;
-        if (!json.is_object() || json.size() != std::tuple_size_v<std::remove_cvref_t<decltype(fields)>>) {
+        const std::size_t count = std::apply(
+            [&](const auto&... field) { return (std::size_t{0} + ... + (field.since <= version_ ? 1 : 0)); },
+            fields);
+        if (!json.is_object() || json.size() != count) {
             if (problem_.empty()) problem_ = "its data does not have the fields of its kind";
             return false;
         }
@@ -106,6 +113,7 @@ class RecordReader {
     }
     template <class T, class V>
     bool readField(const Json& json, const Field<T, V>& field, T& record) {
+        if (field.since > version_) return true;
         const auto found = json.find(field.name);
         if (found != json.end() && read(*found, record.*field.member)) return true;
         if (problem_.empty())
@@ -113,6 +121,7 @@ class RecordReader {
         return false;
     }
 
+    int version_;
     std::string problem_;
     /// How many numbers [first, last] pairs may still stand for: a few bytes must not fill the memory.
     std::size_t runBudget_ = std::size_t{1} << 28;

@@ -37,6 +37,13 @@ Result<std::vector<ItrKey>> addMaterials(const SolverDeck& deck, ModelDatabase& 
         record.elasticModulus = material.elasticModulus;
         record.poissonRatio = material.poissonRatio;
         record.density = material.density;
+        if (const auto& strength = material.strength) {
+            record.strengthDefined = 1;
+            record.cohesion = strength->cohesion;
+            record.frictionAngle = strength->frictionAngle;
+            record.tensileCutoff = strength->tensileStrength.has_value();
+            record.tensileStrength = strength->tensileStrength.value_or(0);
+        }
         const auto key = addRecord<DPoolMatl>(database, record, "material");
         if (!key) return key.error();
         keys.push_back(*key);

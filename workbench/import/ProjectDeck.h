@@ -5,6 +5,7 @@
 #include "workbench/import/DeckErrors.h"
 #include "workbench/import/ElementCards.h"
 #include "workbench/import/FieldTargets.h"
+#include "workbench/import/SolverDeck.h"
 
 #include <array>
 #include <cstdint>
@@ -39,6 +40,7 @@ struct DeckMaterial {
     std::optional<double> elasticModulus; ///< in place of the solver deck's, like those that follow
     std::optional<double> poissonRatio;
     std::optional<double> density;
+    std::optional<MohrCoulombStrength> strength;
 };
 
 struct DeckCurve {

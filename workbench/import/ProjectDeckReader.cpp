@@ -155,7 +155,24 @@ class Reader {
         if (material.poissonRatio && !(*material.poissonRatio > -1 && *material.poissonRatio < 0.5))
             table.fail("poisson_ratio", "poisson_ratio must lie between -1 and 0.5");
         material.density = table.positive("density");
+        material.strength = readStrength(table);
         deck_.materials.push_back(std::move(material));
+    }
+
+    std::optional<MohrCoulombStrength> readStrength(DeckTable& table) {
+        const auto cohesion = table.number("cohesion");
+        const auto angle = table.number("friction_angle");
+        const auto tension = table.number("tensile_strength");
+        if (!cohesion && !angle && !tension) return std::nullopt;
+        if (!cohesion) table.fail("cohesion", "cohesion is missing; it goes with friction_angle, 0 for none");
+        if (!angle)
+            table.fail("friction_angle", "friction_angle is missing; 0 degrees is undrained strength");
+        if (cohesion && !(*cohesion >= 0)) table.fail("cohesion", "cohesion must not be negative");
+        if (angle && !(*angle >= 0 && *angle < 90))
+            table.fail("friction_angle", "friction_angle must lie from 0 to below 90 degrees");
+        if (tension && !(*tension >= 0))
+            table.fail("tensile_strength", "tensile_strength must not be negative");
+        return MohrCoulombStrength{cohesion.value_or(0), angle.value_or(0), tension};
     }
 
     void readCurve(const toml::table& entry) {

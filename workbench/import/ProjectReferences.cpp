@@ -80,6 +80,7 @@ void completeMaterials(const ProjectDeck& deck, SolverDeck& model) {
             material.elasticModulus = given.elasticModulus.value_or(material.elasticModulus);
             material.poissonRatio = given.poissonRatio.value_or(material.poissonRatio);
             material.density = given.density.value_or(material.density);
+            if (given.strength) material.strength = given.strength;
         }
 }
 

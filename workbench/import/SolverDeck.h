@@ -4,10 +4,18 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace workbench {
+
+/// Strength after Mohr-Coulomb.
+struct MohrCoulombStrength {
+    double cohesion = 0;
+    double frictionAngle = 0; ///< degrees
+    std::optional<double> tensileStrength;
+};
 
 /// An isotropic material of a solver deck; what the deck does not give is 0.
 struct SolverMaterial {
@@ -15,7 +23,8 @@ struct SolverMaterial {
     double elasticModulus = 0;
     double poissonRatio = 0;
     double density = 0;
-    std::string place; ///< "file:line"
+    std::optional<MohrCoulombStrength> strength; ///< solver decks have none
+    std::string place;                           ///< "file:line"
 };
 
 /// Axes that a deck defines, by two points: a point on x and one near y, or two points on the axis of a

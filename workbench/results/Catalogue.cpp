@@ -92,6 +92,55 @@ void addFamilies(std::vector<ComponentName>& rows) {
         }
 }
 
+/// Principal stresses and what local safety reads beside them: in the plane of planar elements, the largest
+/// and the smallest of the three of solids. They do not add, and no table holds what they are formed from.
+struct Principals {
+    unsigned family; ///< base of kFamilies
+    unsigned major, minor, maximumShear, equivalent;
+};
+
+constexpr Principals kPrincipals[] = {
+    {312100, 312107, 312108, 312148, 0}, {412100, 412142, 412143, 412148, 412146},
+    {432130, 432137, 432138, 432148, 0}, {422130, 422137, 422138, 422148, 0},
+    {452100, 452107, 452108, 452148, 0},
+};
+
+bool isPrincipal(unsigned id) {
+    return std::ranges::any_of(kPrincipals, [id](const Principals& p) {
+        return id == p.major || id == p.minor || id == p.maximumShear || id == p.equivalent;
+    });
+}
+
+void addPrincipals(std::vector<ComponentName>& rows) {
+    for (const Principals& p : kPrincipals) {
+        const auto family = std::ranges::find(kFamilies, p.family, &Family::base);
+        const auto add = [&](unsigned id, const std::string& english, const std::string& korean) {
+            if (id)
+                rows.push_back({id, UnitKind::Stress, std::string(family->english) + " stress " + english,
+                                std::string(family->korean) + " 응력 " + korean});
+        };
+        add(p.major, "major principal", "최대 주응력");
+        add(p.minor, "minor principal", "최소 주응력");
+        add(p.maximumShear, "maximum shear", "최대 전단");
+        add(p.equivalent, "in-plane von Mises", "면내 von Mises");
+    }
+}
+
+/// What a field of local safety holds at its nodes.
+void addSafety(std::vector<ComponentName>& rows) {
+    using namespace safety;
+    rows.push_back({kFactor, UnitKind::None, "Local factor of safety", "국부 안전율"});
+    rows.push_back({kStressRatio, UnitKind::None, "Local stress ratio", "국부 응력비"});
+    rows.push_back({kCohesion, UnitKind::Stress, "Cohesion", "점착력"});
+    rows.push_back({kFrictionAngle, UnitKind::None, "Friction angle (degrees)", "내부마찰각(도)"});
+    rows.push_back({kMajorStress, UnitKind::Stress, "Governing major principal stress", "지배 최대 주응력"});
+    rows.push_back({kMinorStress, UnitKind::Stress, "Governing minor principal stress", "지배 최소 주응력"});
+}
+
+bool isSafety(unsigned id) {
+    return id >= safety::kFactor && id <= safety::kMinorStress;
+}
+
 /// Edition C names the solid and plate tensors by a second set of identifiers.
 struct Alias {
     unsigned id;
@@ -209,6 +258,8 @@ std::vector<ComponentName> makeCatalogue() {
     addMechanicalStrain(rows);
     addAliases(rows);
     addFatigue(rows);
+    addPrincipals(rows);
+    addSafety(rows);
     addGoverningItems(rows);
     std::sort(rows.begin(), rows.end(), [](const auto& a, const auto& b) { return a.id < b.id; });
     return rows;
@@ -245,6 +296,7 @@ Combining combiningOf(unsigned id) {
     if (std::ranges::binary_search(derivedComponents(), id, {}, &DerivedComponent::id))
         return Combining::Derived;
     const bool follows = findComponent(id) && !isFatigue(id, kLife) && !isFatigue(id, kEquivalentAmplitude) &&
+                         !isPrincipal(id) && !isSafety(id) &&
                          std::ranges::find(kNotProportional, id) == std::end(kNotProportional);
     return follows ? Combining::Proportional : Combining::NotProportional;
 }

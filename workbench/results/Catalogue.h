@@ -8,6 +8,12 @@ namespace workbench {
 
 enum class Language { English, Korean };
 
+/// Components of a field of local safety.
+namespace safety {
+inline constexpr unsigned kFactor = 77101, kStressRatio = 77102, kCohesion = 77111, kFrictionAngle = 77112,
+                          kMajorStress = 77121, kMinorStress = 77122;
+} // namespace safety
+
 /// What an identifier of a result component means.
 struct ComponentName {
     unsigned id;

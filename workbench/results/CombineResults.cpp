@@ -1,7 +1,7 @@
 #include "workbench/results/CombineResults.h"
 
 #include "framework/text/CodePage.h"
-#include "workbench/document/DocumentFolder.h"
+#include "workbench/results/ResultSet.h"
 
 #include <algorithm>
 #include <optional>
@@ -13,27 +13,10 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* kProducer = "vexa result combination";
+constexpr const char* kPrefix = "_RCB_";
 
 std::string inQuotes(const std::string& name) {
     return "\"" + name + "\"";
-}
-
-/// Why a set cannot have that name; empty when it can. The name becomes part of a file name.
-std::string nameFault(const std::string& name) {
-    constexpr std::string_view forbidden = "/\\:*?\"<>|";
-    if (name.empty()) return "the name of the new set is empty";
-    if (framework::fromUtf8(name).size() > kAnalysisNameLength)
-        return "the name " + inQuotes(name) + " has more than " + std::to_string(kAnalysisNameLength) +
-               " characters";
-    if (const auto at = name.find_first_of(forbidden); at != std::string::npos)
-        return "the name " + inQuotes(name) + " holds '" + name[at] +
-               "'; it becomes part of a file name, where none of " + std::string(forbidden) + " may stand";
-    if (std::ranges::any_of(name, [](char c) { return (c >= 0 && c < ' ') || c == '\x7F'; }))
-        return "the name " + inQuotes(name) +
-               " holds a line break or another control character; it becomes part of a file name";
-    if (name.front() == ' ' || name.back() == ' ' || name.back() == '.')
-        return "the name " + inQuotes(name) + " begins or ends with a blank or ends with a point";
-    return {};
 }
 
 class Combiner {
@@ -68,21 +51,11 @@ class Combiner {
   private:
     /// A set of this document may be made anew; no other file and no other analysis is touched.
     Result<void> checkName() {
-        if (const std::string fault = nameFault(request_.name); !fault.empty()) return Error{fault};
+        auto set = findResultSet(database_, tree_, folder_, kPrefix, request_.name);
+        if (!set) return set.error();
+        set_ = std::move(*set);
         if (database_.inTransaction())
             return Error{"results cannot be combined while another change of the document is under way"};
-        for (const ResultFileRecord& record : database_.resultFiles())
-            if (registeredFile(folder_, record.path) == report_.file.lexically_normal()) registered_ = record;
-        if (registered_) return {};
-        std::error_code error;
-        if (fs::exists(fs::symlink_status(report_.file, error)))
-            return Error{"the name " + inQuotes(request_.name) +
-                         " is already used: " + report_.file.string() + " is there; choose another name"};
-        const std::wstring name = framework::fromUtf8(request_.name);
-        for (CPOHAnalysis* analysis : tree_.GetChildList())
-            if (analysis->GetName() == name)
-                return Error{"the name " + inQuotes(request_.name) +
-                             " is already used by an analysis of the document; choose another name"};
         return {};
     }
 
@@ -104,7 +77,7 @@ class Combiner {
     /// Whether a set is there that gets another case.
     bool hasFormer() const {
         std::error_code error;
-        return registered_ && request_.merge && request_.kind == CombinationKind::Linear &&
+        return set_.registered && request_.merge && request_.kind == CombinationKind::Linear &&
                fs::exists(report_.file, error);
     }
 
@@ -214,27 +187,7 @@ class Combiner {
         if (former_)
             for (const resultfile::Case& stored : former_->contents().cases)
                 keys += 1 + static_cast<std::uint32_t>(stored.steps.size());
-        database_.beginTransaction(L"Combine results");
-        const ItrKey analysis = registered_ ? registered_->analysisKey : addAnalysis();
-        const std::u8string name = report_.file.filename().u8string();
-        if (analysis == 0 ||
-            !database_.addResultFile(analysis, std::string(name.begin(), name.end()), keys, true)) {
-            database_.rollbackTransaction();
-            std::error_code ignored;
-            if (!registered_) fs::remove(report_.file, ignored);
-            return Error{"the set " + inQuotes(request_.name) +
-                         " cannot be registered: the document has no keys left"};
-        }
-        database_.commitTransaction();
-        tree_.update();
-        return {};
-    }
-
-    ItrKey addAnalysis() {
-        tagTVXMcas analysis;
-        database_.Pool<DPoolVXMcas>()->Get(request_.analysisKey, analysis);
-        analysis.name = framework::fromUtf8(request_.name);
-        return database_.Pool<DPoolVXMcas>()->TR_Add(analysis);
+        return registerResultSet(database_, tree_, set_, request_.analysisKey, keys, L"Combine results");
     }
 
     ModelDatabase& database_;
@@ -243,14 +196,14 @@ class Combiner {
     const CombinationRequest& request_;
     const std::function<void(double)>& progress_;
     CombinationReport report_;
-    std::optional<ResultFileRecord> registered_; ///< the set of that name, of this document
-    std::optional<resultfile::Reader> former_;   ///< its file, when its cases stay
+    ResultSet set_;                            ///< that of the name
+    std::optional<resultfile::Reader> former_; ///< its file, when its cases stay
 };
 
 } // namespace
 
 fs::path combinationFile(const fs::path& folder, const std::string& name) {
-    const std::string file = "_RCB_" + name + ".lmop";
+    const std::string file = kPrefix + name + ".lmop";
     return folder / fs::path(std::u8string(file.begin(), file.end()));
 }
 

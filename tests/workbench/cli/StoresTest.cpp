@@ -67,7 +67,7 @@ TEST_F(StoresTest, AnswerABrokenStoreWithASentenceAndKeepTheLastGoodState) {
     const Row rows[] = {
         {"head -c 20000 cube.wkm >x; mv x cube.wkm", "vexa fatigue cube.wkm", "damaged"},
         {"cp cube.frd cube.wkm", "vexa fatigue cube.wkm", "not a model document"},
-        {"sql 'PRAGMA user_version=2'", "vexa fatigue cube.wkm", "newer version"},
+        {"sql 'PRAGMA user_version=3'", "vexa fatigue cube.wkm", "newer version"},
         {"sql 'PRAGMA user_version=0'", "vexa fatigue cube.wkm", "document version 0 is unknown"},
         {"", "locked 'BEGIN EXCLUSIVE' vexa info cube.wkm", "in use by another program"},
         {"", "locked 'BEGIN IMMEDIATE' vexa fatigue cube.wkm", "in use by another program"},

@@ -1,4 +1,7 @@
 #include "tests/workbench/document/DocumentTesting.h"
+#include "workbench/document/DocumentRows.h"
+#include "workbench/document/RecordJson.h"
+#include "workbench/document/Sqlite.h"
 
 #include <sqlite3.h>
 
@@ -113,7 +116,7 @@ struct Damage {
 TEST(DocumentFile, RefusesWhatIsNotAsItWasWritten) {
     const Damage rows[] = {
         {"PRAGMA application_id=7", "not a model document"},
-        {"PRAGMA user_version=2", "newer version"},
+        {"PRAGMA user_version=3", "newer version"},
         {"PRAGMA user_version=0", "unknown"},
         {"DROP TABLE records", "\"result_files\""},
         {"DROP TABLE result_files", "lacks the table"},
@@ -133,9 +136,9 @@ TEST(DocumentFile, RefusesWhatIsNotAsItWasWritten) {
         {"UPDATE records SET data='{' WHERE pool='material'", "not valid JSON"},
         {"UPDATE records SET data=replace(data, '\"density\"', '\"mass\"')", "\"density\""},
         {"UPDATE records SET data='[]' WHERE pool='analysis'", "fields of its kind"},
-        {"UPDATE records SET data='{\"value\":2147483648}' WHERE pool='output_control'", "\"value\""},
-        {"UPDATE records SET data='{\"value\":1.5}' WHERE pool='output_control'", "\"value\""},
-        {"UPDATE records SET data='{\"value\":-1,\"more\":1}' WHERE pool='output_control'",
+        {"UPDATE records SET data='{\"value\":2147483648,\"stress_ratio\":0}' WHERE pool='output_control'", "\"value\""},
+        {"UPDATE records SET data='{\"value\":1.5,\"stress_ratio\":0}' WHERE pool='output_control'", "\"value\""},
+        {"UPDATE records SET data='{\"value\":-1,\"stress_ratio\":0,\"more\":1}' WHERE pool='output_control'",
          "fields of its kind"},
         {"UPDATE records SET data=replace(data, '7.85e-09', '1e400')", "not valid JSON"},
         {"UPDATE records SET data=CAST(x'7B2276616C7565223A22FF227D' AS TEXT) WHERE pool='output_control'",
@@ -178,6 +181,49 @@ TEST(DocumentFile, RefusesWhatIsNotAsItWasWritten) {
         ASSERT_EQ(runSql(path, row.sql), SQLITE_OK);
         expectRefused(path, row.message);
     }
+}
+
+/// The document at `path` as the first version of the schema has it.
+void makeFirstVersion(const fs::path& path) {
+    auto connection = SqliteConnection::open(path, SQLITE_OPEN_READWRITE);
+    ASSERT_TRUE(bool(connection));
+    auto rows = readRows(*connection);
+    ASSERT_TRUE(bool(rows)) << rows.error().message;
+    rows->meta["schema_version"] = "1";
+    for (RecordRow& row : rows->records) {
+        Json data = Json::parse(row.data);
+        for (const char* field : {"not_applicable", "excluded", "strength_defined", "cohesion",
+                                  "friction_angle", "tensile_cutoff", "tensile_strength", "stress_ratio"})
+            data.erase(field);
+        row.data = data.dump();
+    }
+    ASSERT_TRUE(bool(connection->run("BEGIN")));
+    ASSERT_TRUE(bool(writeRecords(*connection, rows->records)));
+    ASSERT_TRUE(bool(writeSmallTables(*connection, *rows)));
+    ASSERT_TRUE(bool(connection->run("COMMIT; PRAGMA user_version=1")));
+}
+
+TEST(DocumentFile, OpensTheFirstVersionAndSavesTheCurrentOne) {
+    TemporaryFolder folder;
+    const fs::path path = folder / "old.wkm";
+    save(*oddDocument(), path);
+    makeFirstVersion(path);
+    auto opened = openDocument(path);
+    ASSERT_TRUE(bool(opened)) << opened.error().message;
+    const ItrKey steel = (*opened)->Pool<DPoolMatl>()->GetKeyList().front();
+    EXPECT_EQ((*opened)->Pool<DPoolMatl>()->GetAtNU(steel).density, 7.85e-9);
+    EXPECT_EQ((*opened)->Pool<DPoolMatl>()->GetAtNU(steel).cohesion, 0);
+    (*opened)->beginTransaction(L"strength");
+    tagTMatl soil = (*opened)->Pool<DPoolMatl>()->GetAtNU(steel);
+    soil.cohesion = 25;
+    (*opened)->Pool<DPoolMatl>()->TR_Modify(soil);
+    (*opened)->commitTransaction();
+    save(**opened, path);
+    const auto again = openDocument(path);
+    ASSERT_TRUE(bool(again)) << again.error().message;
+    EXPECT_EQ((*again)->Pool<DPoolMatl>()->GetAtNU(steel).cohesion, 25);
+    EXPECT_EQ(difference(**opened, **again), "");
+    ASSERT_EQ(runSql(path, "SELECT 1"), SQLITE_OK);
 }
 
 TEST(DocumentFile, RefusesWhatIsNoDocument) {

@@ -105,8 +105,8 @@ std::unique_ptr<ModelDatabase> oddDocument() {
     ModelDatabase& d = *database;
     d.beginTransaction(L"odd");
     d.setUnits({"kN", "\xC2\xB5m \"quoted\" '"});
-    const ItrKey steel =
-        d.Pool<DPoolMatl>()->TR_Add({0, 1, L"강철 \x1F600 'a' \"b\" \\ \n", Limits::max(), 0.3, 7.85e-9});
+    const ItrKey steel = d.Pool<DPoolMatl>()->TR_Add({0, 1, L"강철 \x1F600 'a' \"b\" \\ \n", Limits::max(),
+                                                      0.3, 7.85e-9, 1, 2, 3, 12.5, 27.25, 4, Limits::min()});
     d.Pool<DPoolMatl>()->TR_Add({0, kSmallest, L"", Limits::denorm_min(), -0.0, Limits::infinity()});
     d.Pool<DPoolMatl>()->TR_Add({0, kLargest, std::wstring(L"zero\0inside", 11), -Limits::infinity(),
                                  Limits::quiet_NaN(), 0.1 + 0.2});
@@ -119,7 +119,7 @@ std::unique_ptr<ModelDatabase> oddDocument() {
     d.Pool<DPoolMset>()->TR_Add({0, L"runs", {1, 2, 3, 4, 7, 9, 10, 20, 21, 22}, {5}});
     d.Pool<DPoolMset>()->TR_Add(
         {0, L"not in order", {3, 2, 1, 1, 2, 3, 3}, {kLargest - 2, kLargest - 1, kLargest, kSmallest}});
-    const ItrKey control = d.Pool<DPoolVXOctr>()->TR_Add({0, L"control", -1});
+    const ItrKey control = d.Pool<DPoolVXOctr>()->TR_Add({0, L"control", -1, 1});
     const ItrKey analysis = d.Pool<DPoolVXMcas>()->TR_Add({0, L"analysis", 101, control});
     const ItrKey curve = d.Pool<DPoolSNFun>()->TR_Add({0, L"curve", {{1e3, 500}, {1e12, Limits::min()}}});
     d.Pool<DPoolSNFun>()->TR_Add({0, L"no points", {}});

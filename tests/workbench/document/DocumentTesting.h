@@ -45,8 +45,8 @@ class Generator {
 // Every field of a record, by structured binding: a field that is added does not compile until it is compared
 // too.
 inline auto fieldsOf(const tagTMatl& r) {
-    const auto& [a, b, c, d, e, f] = r;
-    return std::tie(a, b, c, d, e, f);
+    const auto& [a, b, c, d, e, f, g, h, i, j, k, l, m] = r;
+    return std::tie(a, b, c, d, e, f, g, h, i, j, k, l, m);
 }
 inline auto fieldsOf(const tagTProp& r) {
     const auto& [a, b, c, d, e, f, g] = r;
@@ -61,8 +61,8 @@ inline auto fieldsOf(const tagTVXMcas& r) {
     return std::tie(a, b, c, d);
 }
 inline auto fieldsOf(const tagTVXOctr& r) {
-    const auto& [a, b, c] = r;
-    return std::tie(a, b, c);
+    const auto& [a, b, c, d] = r;
+    return std::tie(a, b, c, d);
 }
 inline auto fieldsOf(const tagSNFun& r) {
     const auto& [a, b, c] = r;

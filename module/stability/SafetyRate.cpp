@@ -1,0 +1,16 @@
+#include "module/stability/SafetyRate.h"
+
+namespace stability {
+
+void safetyRates(const Strength& strength, RateMode mode, std::span<const double> s1,
+                 std::span<const double> s2, std::span<double> rates) {
+    const double slope = frictionSlope(strength);
+    if (mode == RateMode::FactorOfSafety)
+        for (std::size_t i = 0; i < rates.size(); ++i)
+            rates[i] = factorOfSafety(strength, slope, s1[i], s2[i]);
+    else
+        for (std::size_t i = 0; i < rates.size(); ++i)
+            rates[i] = stressRatio(strength, slope, s1[i], s2[i]);
+}
+
+} // namespace stability
