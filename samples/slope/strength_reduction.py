@@ -43,7 +43,7 @@ def reduced(lines, factor):
             try:
                 line = ",".join([f"{float(stress) / factor:.9g}", *rest])
             except ValueError:
-                raise Failure(f"line {number} of the deck: the yield stress '{stress.strip()}' is no number; correct it")
+                raise Failure(f"line {number} of the deck: the yield stress '{stress.strip()}' is no number")
             count += 1
         out.append(line)
     if not count:
