@@ -54,7 +54,7 @@ bool isInside(const ChartView& view, double x, double y) {
 
 /// A run of points in one column of pixels.
 struct Run {
-    double column = 0.0;
+    int column = 0; ///< from the left of the plot; rounded towards zero, which none is below
     std::size_t first = kChartBreak;
     std::size_t last = kChartBreak;
     std::size_t lowest = kChartBreak;
@@ -98,7 +98,7 @@ std::vector<std::size_t> linePoints(const ChartSeries& series, const ChartView& 
             continue;
         }
         // What lies beside the plot is one column.
-        const double column = std::floor(std::clamp(toX(x), view.left - 1.0, view.left + view.width + 1.0));
+        const int column = static_cast<int>(std::clamp(toX(x) - view.left + 1.0, 0.0, view.width + 2.0));
         if (run.first == kChartBreak || column != run.column) {
             finish(run, points);
             run = {column, i, i, i, i};

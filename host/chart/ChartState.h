@@ -88,7 +88,7 @@ struct ChartSeries {
 };
 
 /// Everything about a chart that its pictures show. It belongs to the chart's window record.
-struct VEXA_API ChartState : framework::ControlState {
+struct VEXA_API ChartState final : framework::ControlState {
     int form = ChartForm::Lines;
     int arrangement = ChartBars::SideBySide;
     bool frame = true;    ///< a line around the plot, else its two axes

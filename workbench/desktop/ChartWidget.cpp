@@ -215,11 +215,12 @@ void ChartWidget::showState() {
 void ChartWidget::showTexts(const ChartState& state) {
     title_->setText(qText(shortenedText(state.title, width() - 16.0, kTitle)));
     QStringList lines;
-    const ChartTexts texts = hostChartTexts();
-    const std::size_t listed = std::min(state.series.size(), kMostListedSeries);
-    if (state.summary)
+    if (state.summary) {
+        const ChartTexts texts = hostChartTexts();
+        const std::size_t listed = std::min(state.series.size(), kMostListedSeries);
         for (std::size_t s = 0; s < listed; ++s)
             lines << qText(shortenedText(summaryLine(state, s, texts), width() - 60.0, kText));
+    }
     summary_->setText(lines.join('\n'));
     for (QCPTextElement* element : {title_, summary_}) {
         const bool isEmpty = element->text().isEmpty();
