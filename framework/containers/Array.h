@@ -6,8 +6,10 @@
 #include <utility>
 #include <vector>
 
-/// The framework's growable array. Every access is checked: a bad index raises CInvalidArgException.
-template <class T>
+/// The framework's growable array. Every access is checked: a bad index raises CInvalidArgException. The
+/// second argument is how elements are passed in a declaration of the framework's kind; nothing depends on
+/// it.
+template <class T, class Argument = const T&>
 class CArray {
   public:
     std::size_t GetSize() const { return m_data.size(); }

@@ -77,6 +77,8 @@ HWND createWindow(const NewWindow& wanted, CWnd* object, bool incomplete) {
     record.text = wanted.text;
     record.rect = wanted.rect;
     record.creating = true;
+    GetClientRect(window, &record.invalid);
+    record.eraseInvalid = true;
     if (child) {
         record.parent = wanted.parent;
         parent->children.push_back(window);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "framework/Export.h"
-#include "framework/windows/Geometry.h"
+#include "framework/drawing/Geometry.h"
 #include "framework/windows/WindowStyles.h"
 
 #include <memory>
@@ -13,6 +13,7 @@ class CWnd;
 namespace framework {
 
 struct WindowClass;
+class Surface;
 
 /// A row of a list, an entry of a combo box or a tab.
 struct WindowItem {
@@ -81,6 +82,7 @@ struct WindowRecord {
     bool eraseInvalid = false;
     CRect painting; ///< what is being painted, while WM_PAINT is handled; what becomes invalid then waits
     bool erasePainting = false;
+    std::shared_ptr<Surface> presented; ///< what the client area shows; null until it was painted
 };
 
 /// Null for null and for the handle of a window that is gone.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "framework/Export.h"
-#include "framework/windows/Geometry.h"
+#include "framework/drawing/Geometry.h"
 #include "framework/windows/WindowTypes.h"
 
 #include <string>
@@ -31,6 +31,8 @@ class DesktopPort {
     virtual void WindowDestroyed(HWND) {}
     /// A part of the client area is to be painted; pumpMessages does it.
     virtual void RegionInvalid(HWND, const CRect&) {}
+    /// What the client area shows (WindowRecord::presented) is another one.
+    virtual void WindowPainted(HWND) {}
     /// Messages wait; call pumpMessages when control is back in the screen's own loop.
     virtual void MessagePosted() {}
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "framework/Export.h"
-#include "framework/windows/Geometry.h"
+#include "framework/drawing/Geometry.h"
 #include "framework/windows/WindowTypes.h"
 
 #include <span>
