@@ -20,6 +20,7 @@ constexpr Message kMessages[] = {
     {"IDS_QM_DDX_RANGE", "Please enter a number between %s and %s.", "%s에서 %s 사이의 숫자를 입력하십시오."},
     {"IDS_QM_LIB_ERROR", "Error", "오류"},
     {"IDS_QM_OK", "OK", "확인"},
+    {"IDS_UTIL_FONT_ARIAL", "Arial", "Arial"},
     {"IDS_VEXAGPS_Analysis_Result", "Results Graph", "결과 그래프"},
     {"IDS_VEXAGPS_Dynamic_Results_Plot", "Dynamic Results Plot", "동적 결과 도시"},
     {"IDS_VEXAGPS_Dynamic_Results_Select", "Dialog", "대화 상자"},
