@@ -27,4 +27,14 @@ std::vector<CPoint> pixelPath(std::span<const CPoint> points) {
     return path;
 }
 
+void leaveOutLastPixel(std::vector<CPoint>& path) {
+    if (path.size() < 2) return;
+    const auto shift = [](CPoint from, CPoint to) {
+        return CPoint(from.y == to.y && to.x < from.x, from.x == to.x && to.y < from.y);
+    };
+    const CPoint first = shift(path[0], path[1]), last = shift(path[path.size() - 2], path.back());
+    path.front() = path.front() + first;
+    path.back() = path.back() + last;
+}
+
 } // namespace framework

@@ -68,8 +68,10 @@ class SvgWriter {
         // The middle of a pen of odd width is the middle of a pixel.
         if (line.pen.width % 2) out_ += " transform=\"translate(.5 .5)\"";
         out_ += " points=\"";
+        auto path = pixelPath(drawn.points(line));
+        if (line.pen.width == 1) leaveOutLastPixel(path);
         const char* separator = "";
-        for (const CPoint point : pixelPath(drawn.points(line))) {
+        for (const CPoint point : path) {
             out_ += separator;
             appendInteger(out_, point.x);
             out_ += ',';

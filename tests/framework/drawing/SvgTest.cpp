@@ -46,6 +46,8 @@ TEST(Svg, WritesEveryCommand) {
          "<rect x=\"1\" y=\"2\" width=\"3\" height=\"4\" fill=\"#ff0a00\"/>\n"},
         {"a pen of one pixel in the middle of its pixels", [](CDC& dc) { dc.MoveTo(1, 2), dc.LineTo(-3, 4); },
          "<polyline fill=\"none\" stroke=\"#000000\" transform=\"translate(.5 .5)\" points=\"1,2 -3,4\"/>\n"},
+        {"upwards from its first pixel", [](CDC& dc) { dc.MoveTo(1, 9), dc.LineTo(1, 4); },
+         "<polyline fill=\"none\" stroke=\"#000000\" transform=\"translate(.5 .5)\" points=\"1,10 1,5\"/>\n"},
         {"a pen of two pixels between them, with round ends",
          [](CDC& dc) {
              CPen pen(PS_SOLID, 2, RGB(0, 0, 255));

@@ -19,7 +19,7 @@ ResourceScript read(const std::wstring& text) {
 
 TEST(ResourceScript, CompiledTemplatesHaveTheScriptsValues) {
     const auto templates = testDialogTemplates();
-    ASSERT_EQ(templates.size(), 5u);
+    ASSERT_EQ(templates.size(), 6u);
     const auto& controls = templates[0];
     EXPECT_EQ(controls.id, 100u);
     EXPECT_STREQ(controls.title, L"Controls \"for\" tests");

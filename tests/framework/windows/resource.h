@@ -6,6 +6,7 @@
 #define IDD_HOST 102
 #define IDD_UNKNOWN_CLASS 103
 #define IDD_EMPTY 104
+#define IDD_GRAPH 105
 
 #define IDC_NAME 1001
 #define IDC_FACTOR 1002
