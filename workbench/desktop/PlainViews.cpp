@@ -27,52 +27,6 @@ class PageView final : public QWidget, public ControlView {
     }
 };
 
-/// A window that its object paints; mouse messages go to it.
-class PlainView final : public QWidget, public ControlView {
-  public:
-    PlainView(HWND window, ViewKeeper& keeper, QWidget* parent)
-        : QWidget(parent)
-        , ControlView(window, keeper) {
-        setMouseTracking(true);
-    }
-
-    QWidget& widget() override { return *this; }
-    void follow(const WindowRecord& record, unsigned) override {
-        if (!record.parent) setWindowTitle(qText(record.text));
-    }
-
-  protected:
-    void mousePressEvent(QMouseEvent* event) override { tell(*event, WM_LBUTTONDOWN, WM_RBUTTONDOWN); }
-    void mouseReleaseEvent(QMouseEvent* event) override { tell(*event, WM_LBUTTONUP, WM_RBUTTONUP); }
-    void mouseDoubleClickEvent(QMouseEvent* event) override {
-        tell(*event, WM_LBUTTONDBLCLK, WM_RBUTTONDOWN);
-    }
-    void mouseMoveEvent(QMouseEvent* event) override { send(*event, WM_MOUSEMOVE); }
-    void closeEvent(QCloseEvent* event) override {
-        event->ignore();
-        framework::user::close(handle());
-        refresh();
-    }
-
-  private:
-    void tell(const QMouseEvent& event, UINT left, UINT right) {
-        if (event.button() == Qt::LeftButton) send(event, left);
-        if (event.button() == Qt::RightButton) send(event, right);
-    }
-    void send(const QMouseEvent& event, UINT message) {
-        const auto* record = framework::findWindow(handle());
-        if (!record) return;
-        const int border = framework::borderWidth(*record);
-        const QPoint at = event.position().toPoint() - QPoint(border, border);
-        const UINT keys = (event.buttons() & Qt::LeftButton ? MK_LBUTTON : 0) |
-                          (event.buttons() & Qt::RightButton ? MK_RBUTTON : 0) |
-                          (event.modifiers() & Qt::ShiftModifier ? MK_SHIFT : 0) |
-                          (event.modifiers() & Qt::ControlModifier ? MK_CONTROL : 0);
-        framework::user::mouse(handle(), message, {at.x(), at.y()}, keys);
-        refresh();
-    }
-};
-
 class TextView final : public QWidget, public ControlView {
   public:
     TextView(HWND window, ViewKeeper& keeper, QWidget* parent)
@@ -283,9 +237,6 @@ class ArrowsView final : public QWidget, public ControlView {
 
 ControlView* makePage(HWND window, ViewKeeper& keeper, QWidget* parent) {
     return new PageView(window, keeper, parent);
-}
-ControlView* makePlain(HWND window, ViewKeeper& keeper, QWidget* parent) {
-    return new PlainView(window, keeper, parent);
 }
 ControlView* makeText(HWND window, ViewKeeper& keeper, QWidget* parent) {
     return new TextView(window, keeper, parent);

@@ -151,9 +151,12 @@ void QtDesktop::WindowDestroyed(HWND window) {
     mark(window, kEverything);
 }
 
-void QtDesktop::RegionInvalid(HWND window, const CRect& region) {
-    if (QWidget* widget = widgetOf(window)) widget->update(qRect(region));
+void QtDesktop::RegionInvalid(HWND, const CRect&) {
     schedule();
+}
+
+void QtDesktop::WindowPainted(HWND window) {
+    if (QWidget* widget = widgetOf(window)) widget->update();
 }
 
 void QtDesktop::MessagePosted() {

@@ -53,6 +53,7 @@ class QtDesktop final : public QObject, public framework::DesktopPort, public Vi
     void WindowChanged(HWND window, unsigned what) override;
     void WindowDestroyed(HWND window) override;
     void RegionInvalid(HWND window, const CRect& region) override;
+    void WindowPainted(HWND window) override;
     void MessagePosted() override;
     void RunModalLoop(HWND dialog) override;
     int ShowMessageBox(HWND owner, const std::wstring& text, const std::wstring& caption,

@@ -52,7 +52,7 @@ std::optional<LiveScreen::Place> find(const std::string& description, const std:
 
 } // namespace
 
-LiveScreen::LiveScreen(const TestFolder& folder, const std::string& arguments)
+LiveScreen::LiveScreen(const TestFolder& folder, const std::string& arguments, const std::string& program)
     : folder_(folder) {
     const std::string in = "cd '" + folder.path().string() + "' && exec ";
     server_ = start("sh -c \"" + in +
@@ -63,9 +63,8 @@ LiveScreen::LiveScreen(const TestFolder& folder, const std::string& arguments)
     }
     display_ = ":" + folder_.read("display.txt");
     display_.pop_back();
-    program_ = start("sh -c \"" + in + "env -u QT_QPA_PLATFORM DISPLAY=" + display_ +
-                     " '" VEXA_BIN_DIR "/vexa-desktop' " + arguments +
-                     " --describe screen.txt >desktop.out 2>desktop.err\"");
+    program_ = start("sh -c \"" + in + "env -u QT_QPA_PLATFORM DISPLAY=" + display_ + " '" VEXA_BIN_DIR "/" +
+                     program + "' " + arguments + " --describe screen.txt >desktop.out 2>desktop.err\"");
 }
 
 LiveScreen::~LiveScreen() {
@@ -94,6 +93,10 @@ void LiveScreen::waitUntilGone(const std::string& pattern) {
 
 void LiveScreen::xdotool(const std::string& arguments) {
     EXPECT_EQ(std::system(("DISPLAY=" + display_ + " xdotool " + arguments).c_str()), 0) << arguments;
+}
+
+void LiveScreen::moveTo(int x, int y) {
+    xdotool("mousemove " + std::to_string(x) + " " + std::to_string(y));
 }
 
 void LiveScreen::click(const Place& place) {

@@ -14,7 +14,8 @@ namespace desktest {
 class LiveScreen {
   public:
     /// Starts both; `arguments` are the program's, run in `folder`.
-    LiveScreen(const TestFolder& folder, const std::string& arguments);
+    LiveScreen(const TestFolder& folder, const std::string& arguments,
+               const std::string& program = "vexa-desktop");
     ~LiveScreen();
     LiveScreen(const LiveScreen&) = delete;
     LiveScreen& operator=(const LiveScreen&) = delete;
@@ -30,6 +31,7 @@ class LiveScreen {
     /// Waits until nothing matches.
     void waitUntilGone(const std::string& pattern);
 
+    void moveTo(int x, int y);
     void click(const std::string& pattern);
     void click(const Place& place);
     void drag(const Place& from, int dx, int dy);

@@ -1,0 +1,145 @@
+#include "workbench/desktop/RecordingPainter.h"
+
+#include "framework/drawing/DC.h"
+#include "framework/drawing/PixelPath.h"
+#include "workbench/desktop/ControlView.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace workbench::desktop {
+namespace {
+
+using namespace framework;
+
+QColor colorOf(COLORREF color) {
+    return {GetRValue(color), GetGValue(color), GetBValue(color)};
+}
+
+QRect rectOf(const CRect& rect) {
+    return {rect.left, rect.top, rect.Width(), rect.Height()};
+}
+
+QPen penOf(const PenLook& look) {
+    if (look.none) return Qt::NoPen;
+    // A flat end leaves out the last pixel of a thin line.
+    const bool thin = look.width == 1;
+    return {colorOf(look.color), qreal(look.width), Qt::SolidLine, thin ? Qt::FlatCap : Qt::RoundCap,
+            thin ? Qt::MiterJoin : Qt::RoundJoin};
+}
+
+QFont fontOf(const LOGFONT& look) {
+    QFont font(look.lfFaceName[0] ? qText(look.lfFaceName) : QApplication::font().family());
+    font.setPixelSize(std::max(1, static_cast<int>(std::lround(emOf(look)))));
+    if (look.lfWeight > 0) font.setWeight(static_cast<QFont::Weight>(std::min(look.lfWeight, FW_BOLD + 200)));
+    font.setItalic(look.lfItalic != 0);
+    font.setUnderline(look.lfUnderline != 0);
+    font.setStrikeOut(look.lfStrikeOut != 0);
+    return font;
+}
+
+/// Far beyond any screen; the toolkit's own coordinates overflow further out.
+CPoint withinReach(CPoint point) {
+    constexpr int kReach = 1 << 22;
+    return {std::clamp(point.x, -kReach, kReach), std::clamp(point.y, -kReach, kReach)};
+}
+
+} // namespace
+
+void RecordingPainter::paint(QPainter& painter, const Recording& drawn) {
+    for (Image& image : images_)
+        image.used = false;
+    draw(painter, drawn);
+    std::erase_if(images_, [](const Image& image) { return !image.used; });
+}
+
+void RecordingPainter::draw(QPainter& painter, const Recording& drawn) {
+    for (const DrawCommand& command : drawn.commands())
+        std::visit([&](const auto& one) { draw(painter, drawn, one); }, command);
+}
+
+void RecordingPainter::draw(QPainter& painter, const Recording&, const FillCommand& fill) {
+    painter.fillRect(rectOf(fill.rect), colorOf(fill.color));
+}
+
+void RecordingPainter::draw(QPainter& painter, const Recording& drawn, const PolylineCommand& line) {
+    QPolygon path;
+    auto points = pixelPath(drawn.points(line));
+    if (line.pen.width == 1) leaveOutLastPixel(points);
+    path.reserve(static_cast<qsizetype>(points.size()));
+    for (const CPoint point : points) {
+        const CPoint near = withinReach(point);
+        path.append({near.x, near.y});
+    }
+    painter.setPen(penOf(line.pen));
+    // The middle of a wide pen of odd width is the middle of a pixel.
+    const bool shifted = line.pen.width > 1 && line.pen.width % 2;
+    if (shifted) painter.translate(0.5, 0.5);
+    painter.drawPolyline(path);
+    if (shifted) painter.translate(-0.5, -0.5);
+}
+
+void RecordingPainter::draw(QPainter& painter, const Recording& drawn, const EllipsesCommand& round) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(penOf(round.pen));
+    painter.setBrush(round.brush.none ? QBrush(Qt::NoBrush) : QBrush(colorOf(round.brush.color)));
+    // The outline lies within the box.
+    const qreal inset = round.pen.none ? 0 : round.pen.width / 2.0;
+    for (const CRect& box : drawn.boxes(round)) {
+        const CPoint corner = box.TopLeft();
+        if (withinReach(corner) == corner)
+            painter.drawEllipse(QRectF(rectOf(box)).adjusted(inset, inset, -inset, -inset));
+    }
+    painter.setRenderHint(QPainter::Antialiasing, false);
+}
+
+void RecordingPainter::draw(QPainter& painter, const Recording& drawn, const TextCommand& command) {
+    const DrawnText& text = drawn.text(command);
+    painter.save();
+    painter.setFont(fontOf(text.font));
+    const QFontMetrics metrics = painter.fontMetrics();
+    const QString words = qText(text.text);
+    const int width = metrics.horizontalAdvance(words);
+    const unsigned across = text.align & TA_CENTER, down = text.align & TA_BASELINE;
+    const int left = across == TA_CENTER ? -width / 2 : across == TA_RIGHT ? -width : 0;
+    const int base = down == TA_BASELINE ? 0 : down == TA_BOTTOM ? -metrics.descent() : metrics.ascent();
+    painter.translate(text.at.x, text.at.y);
+    painter.rotate(-text.font.lfEscapement / 10.0);
+    if (text.opaque)
+        painter.fillRect(left, base - metrics.ascent(), width, metrics.height(), colorOf(text.background));
+    painter.setPen(colorOf(text.color));
+    painter.drawText(left, base, words);
+    painter.restore();
+}
+
+void RecordingPainter::draw(QPainter& painter, const Recording&, const TransferCommand& moved) {
+    const CRect part(moved.source, moved.target.Size());
+    if (inImage_) { // becomes part of that image
+        painter.save();
+        painter.setClipRect(rectOf(moved.target), Qt::IntersectClip);
+        painter.translate(moved.target.left - part.left, moved.target.top - part.top);
+        draw(painter, *moved.content);
+        painter.restore();
+        return;
+    }
+    const qreal scale = painter.device()->devicePixelRatioF();
+    auto image = std::ranges::find_if(images_, [&](const Image& known) {
+        return known.shown == moved.content && known.part == part && known.scale == scale;
+    });
+    if (image == images_.end()) {
+        QImage pixels(QSize(part.Width(), part.Height()) * scale, QImage::Format_RGB32);
+        pixels.setDevicePixelRatio(scale);
+        pixels.fill(Qt::black);
+        QPainter inside(&pixels);
+        inside.translate(-part.left, -part.top);
+        inImage_ = true;
+        draw(inside, *moved.content);
+        inImage_ = false;
+        ++painted_;
+        image = images_.insert(images_.end(), {moved.content, part, scale, std::move(pixels), true});
+    }
+    image->used = true;
+    painter.drawImage(QPoint(moved.target.left, moved.target.top), image->pixels);
+}
+
+} // namespace workbench::desktop
