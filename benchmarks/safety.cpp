@@ -14,16 +14,22 @@ namespace {
 constexpr std::size_t kStates = 1'000'000;
 constexpr int kRuns = 9;
 
-/// What one writes down without a library: no special states, one strength.
+/// What one writes down from the rule, the tangent aside.
 void bareLoop(double c, double slope, const std::vector<double>& s1, const std::vector<double>& s2,
               std::vector<double>& rates) {
-    const double apex = c / slope;
-    const double length = std::sqrt(slope * slope + 1.0);
     for (std::size_t i = 0; i < rates.size(); ++i) {
         const double p = 0.5 * (s1[i] + s2[i]);
         const double q = 0.5 * std::abs(s1[i] - s2[i]);
-        const double k = std::abs(p * slope - c) / length;
-        rates[i] = std::min(apex - p, k) / q;
+        const double d = c / slope - p;
+        const double k = std::abs(p * slope - c) / std::sqrt(slope * slope + 1.0);
+        if (d < 0)
+            rates[i] = 0;
+        else if (q < 2.2e-12)
+            rates[i] = -1;
+        else if (d <= 0)
+            rates[i] = -2;
+        else
+            rates[i] = std::min(d, k) / q;
     }
 }
 
@@ -50,7 +56,7 @@ int main() {
         s2[i] = stress(random);
     }
     const stability::Strength soil{12, 25, false, 0};
-    const double slope = stability::frictionSlope(soil);
+    const double slope = stability::StrengthLine(soil).slope;
     const double limit = fastest([&] { bareLoop(soil.cohesion, slope, s1, s2, bare); });
     for (const auto mode : {stability::RateMode::FactorOfSafety, stability::RateMode::StressRatio}) {
         const double time = fastest([&] { stability::safetyRates(soil, mode, s1, s2, rates); });

@@ -4,13 +4,13 @@ namespace stability {
 
 void safetyRates(const Strength& strength, RateMode mode, std::span<const double> s1,
                  std::span<const double> s2, std::span<double> rates) {
-    const double slope = frictionSlope(strength);
+    const StrengthLine line(strength);
     if (mode == RateMode::FactorOfSafety)
         for (std::size_t i = 0; i < rates.size(); ++i)
-            rates[i] = factorOfSafety(strength, slope, s1[i], s2[i]);
+            rates[i] = factorOfSafety(line, s1[i], s2[i]);
     else
         for (std::size_t i = 0; i < rates.size(); ++i)
-            rates[i] = stressRatio(strength, slope, s1[i], s2[i]);
+            rates[i] = stressRatio(line, s1[i], s2[i]);
 }
 
 } // namespace stability
