@@ -10,10 +10,11 @@ Recording& Surface::change() {
 }
 
 void Surface::clear() {
-    if (recording_.use_count() > 1)
-        recording_ = std::make_shared<Recording>();
-    else
-        recording_->clear();
+    if (recording_.use_count() > 1) {
+        std::swap(recording_, former_);
+        if (!recording_ || recording_.use_count() > 1) recording_ = std::make_shared<Recording>();
+    }
+    recording_->clear();
 }
 
 bool Surface::isCoveredBy(const CRect& rect) const {

@@ -32,6 +32,7 @@ class VEXA_API Surface {
 
     CSize size_;
     std::shared_ptr<Recording> recording_ = std::make_shared<Recording>();
+    std::shared_ptr<Recording> former_; ///< whose memory serves again when nobody holds it any more
 };
 
 } // namespace framework

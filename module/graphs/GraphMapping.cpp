@@ -48,11 +48,6 @@ void makeSymmetric(double range[2]) {
     range[1] = size;
 }
 
-int truncated(double value) {
-    constexpr double kBelow = -2147483649.0, kAbove = 2147483648.0;
-    return value > kBelow && value < kAbove ? static_cast<int>(value) : std::numeric_limits<int>::min();
-}
-
 PixelMapping::PixelMapping(const CRect& rect, const double xRange[2], const double yRange[2])
     : valid_(std::abs(xRange[0] - xRange[1]) != 0)
     , middleX_((xRange[0] + xRange[1]) * 0.5)
@@ -61,12 +56,6 @@ PixelMapping::PixelMapping(const CRect& rect, const double xRange[2], const doub
     , scaleY_(extent(rect.top, rect.bottom) / std::abs(yRange[0] - yRange[1]))
     , centreX_(halfOf(rect.left, rect.right))
     , centreY_(halfOf(rect.top, rect.bottom)) {}
-
-CPoint PixelMapping::at(double x, double y) const {
-    if (!valid_) return {};
-    return {wrappedSum(truncated((x - middleX_) * scaleX_), centreX_),
-            wrappedSum(truncated(scaleY_ * -(y - middleY_)), centreY_)};
-}
 
 std::optional<T_GRPH_D> valueAt(CPoint pixel, const CRect& rect, const double xRange[2],
                                 const double yRange[2]) {

@@ -2,7 +2,7 @@
 
 #include "framework/drawing/Geometry.h"
 
-#include <cstddef>
+#include <limits>
 #include <optional>
 #include <span>
 
@@ -23,7 +23,10 @@ void widenRanges(std::span<const T_GRPH_D> points, double xRange[2], double yRan
 void makeSymmetric(double range[2]);
 
 /// A real cut to an integer; the smallest integer for what is not finite or out of range.
-int truncated(double value);
+inline int truncated(double value) {
+    constexpr double kBelow = -2147483649.0, kAbove = 2147483648.0;
+    return value > kBelow && value < kAbove ? static_cast<int>(value) : std::numeric_limits<int>::min();
+}
 
 /// With wrap-around: pixels of what is out of range are at the ends of the integers.
 constexpr int wrappedSum(int a, int b) {
@@ -37,7 +40,11 @@ class PixelMapping {
     PixelMapping(const CRect& rect, const double xRange[2], const double yRange[2]);
     /// False when all x are equal; every point is then at (0, 0).
     bool isValid() const { return valid_; }
-    CPoint at(double x, double y) const;
+    CPoint at(double x, double y) const {
+        if (!valid_) return {};
+        return {wrappedSum(truncated((x - middleX_) * scaleX_), centreX_),
+                wrappedSum(truncated(scaleY_ * -(y - middleY_)), centreY_)};
+    }
 
   private:
     bool valid_;

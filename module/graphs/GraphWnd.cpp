@@ -5,6 +5,9 @@
 #include "host/MSGFunction.h"
 #include "module/graphs/GraphCurve.h"
 
+#include <algorithm>
+#include <span>
+
 namespace {
 
 constexpr COLORREF kBackground = RGB(0, 0, 0);
@@ -62,8 +65,14 @@ int CGraphWnd::InitFont() {
 
 void CGraphWnd::TakePoints(Points& kept, const Points& points) {
     m_ptMark = CPoint();
-    kept = points;
-    graphs::widenRanges({kept.GetData(), kept.GetSize()}, m_dXRange, m_dYRange);
+    kept.SetSize(points.GetSize());
+    // Copied and looked at in blocks that the processor keeps at hand.
+    constexpr std::size_t kBlock = 2048;
+    for (std::size_t first = 0; first < kept.GetSize(); first += kBlock) {
+        const std::span block(points.GetData() + first, std::min(kBlock, kept.GetSize() - first));
+        std::ranges::copy(block, kept.GetData() + first);
+        graphs::widenRanges(block, m_dXRange, m_dYRange);
+    }
     graphs::makeSymmetric(m_dYRange);
 }
 

@@ -239,6 +239,32 @@ TEST_F(Memory, WhatWasHandedOverStays) {
               before + "transfer 60,0-80,10 from 0,0\n  fill 0,0-20,10 #ff0000\n");
 }
 
+/// A bitmap that is shown and filled anew, again and again, takes turns between two recordings; one that
+/// somebody holds on to is left alone.
+TEST_F(Memory, MemoryServesAgain) {
+    const auto shown = [&] {
+        PictureDC picture(CSize(100, 50));
+        picture.BitBlt(0, 0, 20, 10, &dc, 0, 0, SRCCOPY);
+        return std::get<framework::TransferCommand>(picture.drawn().commands().front()).content;
+    };
+    std::vector<const framework::Recording*> used;
+    std::shared_ptr<const framework::Recording> held = shown();
+    for (int i = 0; i < 5; ++i) {
+        dc.FillSolidRect(0, 0, 20, 10, kRed);
+        held = shown();
+        used.push_back(held.get());
+    }
+    EXPECT_EQ(used[2], used[0]);
+    EXPECT_EQ(used[3], used[1]);
+    EXPECT_EQ(used[4], used[0]);
+    const auto kept = held;
+    for (int i = 0; i < 4; ++i) {
+        dc.FillSolidRect(0, 0, 20, 10, kBlue);
+        EXPECT_NE(shown(), kept);
+    }
+    EXPECT_EQ(DrawnCommands::of(*kept), "fill 0,0-20,10 #ff0000\n");
+}
+
 /// Drawing over all of a target, its former content included, must not pile up.
 TEST_F(Memory, TransfersDoNotGrowWithoutEnd) {
     CDC second;
