@@ -281,7 +281,7 @@ TEST_F(Memory, TransfersDoNotGrowWithoutEnd) {
     int moved = 0;
     while (moved < 1000 && dc.BitBlt(-1, 0, 20, 10, &dc, 0, 0, SRCCOPY))
         ++moved;
-    EXPECT_EQ(moved, framework::Recording::kMostDepth);
+    EXPECT_EQ(moved, int{framework::Recording::kMostDepth});
 }
 
 TEST(Recording, AReplayTakesTheRoomOfOne) {
