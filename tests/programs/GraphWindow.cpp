@@ -73,3 +73,10 @@ int main(int count, char** arguments) {
     dialog.DestroyWindow();
     return code;
 }
+
+#if defined(__SANITIZE_ADDRESS__)
+/// As in vexa-desktop: what the libraries of a screen keep as long as the process.
+extern "C" const char* __lsan_default_suppressions() {
+    return "leak:libdbus-1\nleak:libfontconfig\n";
+}
+#endif
