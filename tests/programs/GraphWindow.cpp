@@ -76,7 +76,7 @@ int main(int count, char** arguments) {
 
 #if defined(__SANITIZE_ADDRESS__)
 /// As in vexa-desktop: what the libraries of a screen keep as long as the process.
-extern "C" const char* __lsan_default_suppressions() {
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
     return "leak:libdbus-1\nleak:libfontconfig\n";
 }
 #endif

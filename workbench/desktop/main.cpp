@@ -294,7 +294,7 @@ int main(int argc, char** argv) {
 
 #if defined(__SANITIZE_ADDRESS__)
 /// The toolkit's connections to the desktop's message bus and to its fonts last as long as the process.
-extern "C" const char* __lsan_default_suppressions() {
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
     return "leak:libdbus-1\nleak:libfontconfig\n";
 }
 #endif
