@@ -34,7 +34,7 @@ void repairStructure(std::string& bytes) {
 } // namespace
 
 /// HDF5 forgets some of what it had decoded of an object when it refuses the rest.
-extern "C" const char* __lsan_default_suppressions() {
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
     return "leak:libhdf5";
 }
 

@@ -20,7 +20,7 @@
 
 #if defined(__SANITIZE_ADDRESS__)
 /// gmsh deletes arrays as single objects, and leaves memory behind.
-extern "C" const char* __asan_default_options() {
+extern "C" __attribute__((visibility("default"))) const char* __asan_default_options() {
     return "alloc_dealloc_mismatch=0:detect_leaks=0";
 }
 #endif
