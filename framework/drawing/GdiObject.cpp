@@ -45,8 +45,8 @@ int CGdiObject::Make(std::shared_ptr<GdiRecord> record) {
 }
 
 int CGdiObject::DeleteObject() {
-    if (!m_record) return 0;
-    if (m_owned) m_owned->object = nullptr;
+    if (!m_owned) return 0;
+    m_owned->object = nullptr;
     m_record = nullptr;
     m_owned.reset();
     return 1;

@@ -29,7 +29,8 @@ class VEXA_API CGdiObject {
     CGdiObject& operator=(const CGdiObject&) = delete;
 
     HGDIOBJ GetSafeHandle() const { return reinterpret_cast<HGDIOBJ>(m_record); }
-    int DeleteObject(); ///< zero when there is none
+    /// Zero when there is none, or a device context lent this object, whose it stays.
+    int DeleteObject();
 
   protected:
     /// Non-zero; zero, and nothing changed, when this object has made one already.

@@ -103,6 +103,9 @@ TEST(DeviceContext, SelectionAnswersWhatWasSelected) {
     EXPECT_EQ(dc.SelectObject(stock), &blue);
     EXPECT_EQ(dc.SelectStockObject(BLACK_PEN), stock);
     EXPECT_EQ(dc.SelectStockObject(99), nullptr);
+    EXPECT_EQ(stock->DeleteObject(), 0) << "it is not ours";
+    EXPECT_EQ(dc.SelectObject(&red), stock);
+    EXPECT_EQ(dc.SelectObject(stock), &red);
     // What is selected stays, also when its object has gone; what is answered then can be selected again.
     {
         CPen gone(PS_SOLID, 2, kRed);
@@ -129,6 +132,11 @@ TEST(DeviceContext, WithoutAContextNothingHappens) {
     EXPECT_EQ(dc.CreateCompatibleDC(nullptr), 0) << "it has one";
     EXPECT_EQ(dc.DeleteDC(), 1);
     EXPECT_EQ(dc.GetSafeHdc(), nullptr);
+    PictureDC picture(CSize(10, 5));
+    picture.LineTo(1, 1);
+    picture.DeleteDC();
+    EXPECT_EQ(picture.size(), CSize(10, 5));
+    EXPECT_EQ(picture.drawn().commands().size(), 1U) << "what was drawn stays";
 }
 
 TEST(DeviceContext, FontsAreInPointsAt96PixelsToTheInch) {
