@@ -6,16 +6,21 @@
 #include <span>
 #include <vector>
 
+// Which pixels a line covers, for whoever paints recordings.
 namespace framework {
 
 /// The points that a line through `points` needs to cover the same pixels: of those that follow one another
 /// in a column only the first, the extremes and the last are kept. So a curve of any number of points that
-/// goes from left to right comes down to four a column. At least two, unless `points` is empty.
+/// goes from left to right comes down to four a column, and its end. At least two, unless `points` is empty.
 VEXA_API std::vector<CPoint> pixelPath(std::span<const CPoint> points);
 
-/// Painters cover the pixels whose middles lie between the ends of a line, the lesser end counted and the
-/// greater one not. This moves an end that an upright or level line has at the wrong side, so that a line
-/// that goes up or to the left has its first pixel too and leaves out its last one.
-VEXA_API void leaveOutLastPixel(std::vector<CPoint>& path);
+/// The pixels of a pen of one pixel along `path`, as rows and columns of pixels from its begin to its end; a
+/// pixel may lie in several. In every column, or row where it is steeper, it is the one nearest to the line,
+/// of two the upper or left one, so that there and back are the same pixels. The last point is left out, and
+/// what lies outside of `seen`.
+VEXA_API std::vector<CRect> pixelRuns(std::span<const CPoint> path, const CRect& seen);
+
+/// The point, or one at the edge of what painters can count: some have but 24 bits for a coordinate.
+VEXA_API CPoint withinReach(CPoint point);
 
 } // namespace framework

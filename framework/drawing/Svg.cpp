@@ -15,6 +15,18 @@ constexpr double kAscent = 0.9;
 constexpr double kDescent = 0.2;
 constexpr double kLetterWidth = 0.56; ///< on the average, for the ground under a text
 
+/// Painters of SVG cover the pixels whose middles lie between the ends of a line, the lesser end counted and
+/// the greater one not. This moves an end that an upright or level line has at the wrong side, so that a line
+/// that goes up or to the left has its first pixel too and leaves out its last one.
+void leaveOutLastPixel(std::vector<CPoint>& path) {
+    const auto shift = [](CPoint from, CPoint to) {
+        return CPoint(from.y == to.y && to.x < from.x, from.x == to.x && to.y < from.y);
+    };
+    const CPoint first = shift(path[0], path[1]), last = shift(path[path.size() - 2], path.back());
+    path.front() = path.front() + first;
+    path.back() = path.back() + last;
+}
+
 class SvgWriter {
   public:
     explicit SvgWriter(std::string& out)
@@ -69,6 +81,7 @@ class SvgWriter {
         if (line.pen.width % 2) out_ += " transform=\"translate(.5 .5)\"";
         out_ += " points=\"";
         auto path = pixelPath(drawn.points(line));
+        std::ranges::transform(path, path.begin(), withinReach);
         if (line.pen.width == 1) leaveOutLastPixel(path);
         const char* separator = "";
         for (const CPoint point : path) {

@@ -22,10 +22,7 @@ QRect rectOf(const CRect& rect) {
 
 QPen penOf(const PenLook& look) {
     if (look.none) return Qt::NoPen;
-    // A flat end leaves out the last pixel of a thin line.
-    const bool thin = look.width == 1;
-    return {colorOf(look.color), qreal(look.width), Qt::SolidLine, thin ? Qt::FlatCap : Qt::RoundCap,
-            thin ? Qt::MiterJoin : Qt::RoundJoin};
+    return {colorOf(look.color), qreal(look.width), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin};
 }
 
 QFont fontOf(const LOGFONT& look) {
@@ -38,10 +35,32 @@ QFont fontOf(const LOGFONT& look) {
     return font;
 }
 
-/// Far beyond any screen; the toolkit's own coordinates overflow further out.
-CPoint withinReach(CPoint point) {
-    constexpr int kReach = 1 << 22;
-    return {std::clamp(point.x, -kReach, kReach), std::clamp(point.y, -kReach, kReach)};
+/// What of the device can show something, in the coordinates of the recording; no smaller than it is.
+CRect seenBy(const QPainter& painter) {
+    const QRect device(0, 0, painter.device()->width(), painter.device()->height());
+    const QRect seen = painter.worldTransform().inverted().mapRect(device);
+    return {seen.left(), seen.top(), seen.left() + seen.width(), seen.top() + seen.height()};
+}
+
+void drawThinLine(QPainter& painter, const std::vector<CPoint>& path, COLORREF color) {
+    QList<QRect> pixels;
+    for (const CRect& run : pixelRuns(path, seenBy(painter)))
+        pixels.append(rectOf(run));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colorOf(color));
+    painter.drawRects(pixels);
+}
+
+void drawWideLine(QPainter& painter, const std::vector<CPoint>& path, const PenLook& pen) {
+    QPolygonF line;
+    // The middle of a pen of odd width is the middle of a pixel.
+    const qreal shift = pen.width % 2 ? 0.5 : 0;
+    for (const CPoint point : path) {
+        const CPoint near = withinReach(point);
+        line.append({near.x + shift, near.y + shift});
+    }
+    painter.setPen(penOf(pen));
+    painter.drawPolyline(line);
 }
 
 } // namespace
@@ -63,20 +82,11 @@ void RecordingPainter::draw(QPainter& painter, const Recording&, const FillComma
 }
 
 void RecordingPainter::draw(QPainter& painter, const Recording& drawn, const PolylineCommand& line) {
-    QPolygon path;
-    auto points = pixelPath(drawn.points(line));
-    if (line.pen.width == 1) leaveOutLastPixel(points);
-    path.reserve(static_cast<qsizetype>(points.size()));
-    for (const CPoint point : points) {
-        const CPoint near = withinReach(point);
-        path.append({near.x, near.y});
-    }
-    painter.setPen(penOf(line.pen));
-    // The middle of a wide pen of odd width is the middle of a pixel.
-    const bool shifted = line.pen.width > 1 && line.pen.width % 2;
-    if (shifted) painter.translate(0.5, 0.5);
-    painter.drawPolyline(path);
-    if (shifted) painter.translate(-0.5, -0.5);
+    const auto path = pixelPath(drawn.points(line));
+    if (line.pen.width == 1)
+        drawThinLine(painter, path, line.pen.color);
+    else
+        drawWideLine(painter, path, line.pen);
 }
 
 void RecordingPainter::draw(QPainter& painter, const Recording& drawn, const EllipsesCommand& round) {

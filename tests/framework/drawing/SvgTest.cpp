@@ -1,18 +1,14 @@
 #include "framework/drawing/Svg.h"
 
 #include "framework/drawing/PictureDC.h"
-#include "framework/drawing/PixelPath.h"
 #include "framework/drawing/SvgText.h"
 #include "tests/framework/GermanLocale.h"
-#include "tests/support/RandomIntegers.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cmath>
 #include <functional>
 #include <limits>
-#include <set>
 
 namespace {
 
@@ -48,6 +44,12 @@ TEST(Svg, WritesEveryCommand) {
          "<polyline fill=\"none\" stroke=\"#000000\" transform=\"translate(.5 .5)\" points=\"1,2 -3,4\"/>\n"},
         {"upwards from its first pixel", [](CDC& dc) { dc.MoveTo(1, 9), dc.LineTo(1, 4); },
          "<polyline fill=\"none\" stroke=\"#000000\" transform=\"translate(.5 .5)\" points=\"1,10 1,5\"/>\n"},
+        {"to the left, and no further than painters count",
+         [](CDC& dc) {
+             dc.MoveTo(std::numeric_limits<int>::max(), 2), dc.LineTo(1, 2), dc.LineTo(1 << 30, 5);
+         },
+         "<polyline fill=\"none\" stroke=\"#000000\" transform=\"translate(.5 .5)\" points=\"4194305,2 1,2 "
+         "4194304,5\"/>\n"},
         {"a pen of two pixels between them, with round ends",
          [](CDC& dc) {
              CPen pen(PS_SOLID, 2, RGB(0, 0, 255));
@@ -120,53 +122,6 @@ TEST(Svg, NumbersHaveNoMoreThanTheyNeed) {
         framework::svg::appendNumber(text, row.value, row.decimals);
         EXPECT_EQ(text, row.text) << row.value;
     }
-}
-
-/// The pixels of vertical pieces and what joins them, as a pen of one pixel draws them.
-using Pixels = std::set<std::pair<int, int>>;
-struct Covered {
-    Pixels columns;                     ///< between points that follow one another in a column
-    std::set<std::array<int, 4>> joins; ///< from column to column
-};
-Covered coverage(std::span<const CPoint> points) {
-    Covered covered;
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        covered.columns.insert({points[i].x, points[i].y});
-        if (i == 0) continue;
-        const CPoint from = points[i - 1], to = points[i];
-        if (from.x != to.x)
-            covered.joins.insert({from.x, from.y, to.x, to.y});
-        else
-            for (int y = std::min(from.y, to.y); y <= std::max(from.y, to.y); ++y)
-                covered.columns.insert({from.x, y});
-    }
-    return covered;
-}
-
-TEST(PixelPath, CoversTheSamePixelsWithFewPoints) {
-    constexpr int kColumns = 30, kPoints = 5000;
-    RandomIntegers random;
-    const auto below = [&](int limit) {
-        return static_cast<int>(random.below(static_cast<std::size_t>(limit)));
-    };
-    for (int round = 0; round < 200; ++round) {
-        std::vector<CPoint> points;
-        const int count = below(round < 100 ? 12 : kPoints) + 1;
-        const bool ordered = round % 2 == 0;
-        for (int i = 0; i < count; ++i)
-            points.push_back({ordered ? i * kColumns / count : below(4), below(20) - 5});
-        const auto path = framework::pixelPath(points);
-        const auto before = coverage(points), after = coverage(path);
-        ASSERT_EQ(after.columns, before.columns) << random.seedText();
-        ASSERT_EQ(after.joins, before.joins) << random.seedText();
-        ASSERT_EQ(path.front(), points.front());
-        ASSERT_EQ(path.back(), points.back());
-        ASSERT_GE(path.size(), 2U);
-        if (ordered) {
-            ASSERT_LE(path.size(), 4U * kColumns);
-        }
-    }
-    EXPECT_TRUE(framework::pixelPath({}).empty());
 }
 
 } // namespace

@@ -145,6 +145,12 @@ TEST(RecordingPainter, SetsThePixelsOfLinesAndFills) {
              r.lines(thin, {3, 3}, up);
          },
          ".#....\n.#.#..\n.#.#..\n...#..\n"},
+        {"slanted to the left and back",
+         [&](Recording& r) {
+             const CPoint to[] = {{1, 1}, {3, 0}};
+             r.lines(thin, {5, 3}, to);
+         },
+         "..#...\n.##...\n...##.\n.....#\n"},
         {"corners once",
          [&](Recording& r) {
              const CPoint to[] = {{4, 0}, {4, 3}, {1, 3}, {1, 0}};
