@@ -22,7 +22,8 @@ void PaintedView::paintEvent(QPaintEvent*) {
     if (!record) return;
     QPainter painter(this);
     const int border = framework::borderWidth(*record);
-    if (border) qDrawShadePanel(&painter, rect(), palette(), true, border);
+    // The frame of a window without a parent is the screen's.
+    if (border && record->parent) qDrawShadePanel(&painter, rect(), palette(), true, border);
     if (!record->presented) return;
     const CSize size = record->presented->size();
     painter.setClipRect(border, border, size.cx, size.cy);

@@ -1,4 +1,5 @@
 #include "framework/windows/WindowFunctions.h"
+#include "framework/windows/desktop/DesktopPort.h"
 #include "framework/windows/desktop/UserActions.h"
 #include "workbench/desktop/ControlMakers.h"
 
@@ -7,7 +8,7 @@ namespace {
 
 using framework::WindowRecord;
 
-/// A dialog, or a page in one: its controls are widgets of their own.
+/// A dialog, or a page in one, that paints nothing itself: its controls are widgets of their own.
 class PageView final : public QWidget, public ControlView {
   public:
     PageView(HWND window, ViewKeeper& keeper, QWidget* parent)
@@ -236,6 +237,7 @@ class ArrowsView final : public QWidget, public ControlView {
 } // namespace
 
 ControlView* makePage(HWND window, ViewKeeper& keeper, QWidget* parent) {
+    if (framework::paintsItself(window)) return makePlain(window, keeper, parent);
     return new PageView(window, keeper, parent);
 }
 ControlView* makeText(HWND window, ViewKeeper& keeper, QWidget* parent) {

@@ -1,3 +1,4 @@
+#include "framework/windows/PaintDC.h"
 #include "tests/support/GraphDialog.h"
 #include "tests/support/MemoryHost.h"
 #include "tests/workbench/desktop/DeskFixture.h"
@@ -111,6 +112,44 @@ TEST_F(GraphOnScreen, FarPointsAreCutOff) {
     dialog.graph.SetDrawingGraphType(2);
     dialog.graph.SetData(flat);
     EXPECT_EQ(pixel(150, 3), QColor(0, 0, 0));
+}
+
+/// A dialog with something of its own below its controls.
+class PaintedDialog : public CDialog {
+  public:
+    PaintedDialog()
+        : CDialog(IDD_GRAPH) {}
+    CPoint pressed;
+
+  protected:
+    void OnPaint() {
+        CPaintDC dc(this);
+        dc.FillSolidRect(10, 150, 20, 10, RGB(255, 0, 0));
+    }
+    void OnLButtonDown(UINT, CPoint point) { pressed = point; }
+    DECLARE_MESSAGE_MAP()
+};
+BEGIN_MESSAGE_MAP(PaintedDialog, CDialog)
+ON_WM_PAINT()
+ON_WM_LBUTTONDOWN()
+END_MESSAGE_MAP()
+
+class PaintedDialogOnScreen : public DeskTest {};
+
+TEST_F(PaintedDialogOnScreen, ShowsItsControlsAndWhatItPaints) {
+    PaintedDialog dialog;
+    ASSERT_TRUE(dialog.Create(IDD_GRAPH));
+    dialog.ShowWindow(SW_SHOW);
+    settle();
+    const QImage image = widget(dialog.m_hWnd)->grab().toImage();
+    EXPECT_EQ(image.pixelColor(12, 152), QColor(255, 0, 0));
+    EXPECT_EQ(image.pixelColor(11, 152), image.pixelColor(0, 0)) << "no frame of its own";
+    EXPECT_TRUE(widget(dialog, IDCANCEL)->isVisible());
+    QTest::mouseClick(widget(dialog.m_hWnd), Qt::LeftButton, {}, {15, 155});
+    EXPECT_EQ(dialog.pressed, CPoint(13, 153)) << "in its client area, within two pixels of border";
+    QTest::mouseClick(widget(dialog, IDCANCEL), Qt::LeftButton);
+    EXPECT_FALSE(IsWindowVisible(dialog.m_hWnd));
+    dialog.DestroyWindow();
 }
 
 /// A picture as letters: '.' is its ground.
