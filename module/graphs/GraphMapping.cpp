@@ -79,14 +79,13 @@ std::optional<int> nearestPoint(std::span<const T_GRPH_D> points, double x) {
     if (at(0) >= x) return 0;
     if (x >= at(count - 1)) return count - 1;
     int low = 0, high = count - 1, probe = 0;
-    // The probe has neighbours where the points ascend; where they do not there may be none to compare.
+    // The first lies below x. That the last lies above it is so only where the points ascend.
     do {
         probe = (low + high) / 2;
         if (distance(probe) < kSameX) return probe;
         if (at(probe) > x) {
             high = probe - 1;
-            if (probe > 0 && x >= at(probe - 1))
-                return distance(probe - 1) > distance(probe) ? probe : probe - 1;
+            if (x >= at(probe - 1)) return distance(probe - 1) > distance(probe) ? probe : probe - 1;
         } else {
             low = probe + 1;
             if (probe + 1 < count && at(probe + 1) >= x)

@@ -125,15 +125,17 @@ int CGraphWnd::SetMouseMove(const int& enabled) {
 }
 
 void CGraphWnd::DrawGraphData() {
-    DrawBackGround(kBackground);
-    DrawFunction(&m_canvas.m_dc, m_canvas.m_rcClient, LastSegment(), kCurve);
-    DrawAxis(&m_canvas.m_dc, m_canvas.m_rcClient, kAxis);
-    InvalidateRect(nullptr, 1);
+    DrawPicture(kCurve);
 }
 
 void CGraphWnd::DrawSimulationData() {
+    DrawPicture(kPreview);
+}
+
+/// All that the canvas holds.
+void CGraphWnd::DrawPicture(COLORREF curve) {
     DrawBackGround(kBackground);
-    DrawFunction(&m_canvas.m_dc, m_canvas.m_rcClient, LastSegment(), kPreview);
+    DrawFunction(&m_canvas.m_dc, m_canvas.m_rcClient, LastSegment(), curve);
     DrawAxis(&m_canvas.m_dc, m_canvas.m_rcClient, kAxis);
     InvalidateRect(nullptr, 1);
 }

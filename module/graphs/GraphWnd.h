@@ -94,6 +94,7 @@ class VEXA_GPS_API CGraphWnd : public CWnd, public IGrahpWndPos {
 
     void BuildCanvas(const CWnd& sizeSource);
     void TakePoints(Points& kept, const Points& points);
+    void DrawPicture(COLORREF curve);
     int MoveMark(CPoint point);
     int LastSegment() const { return static_cast<int>(m_aData.GetSize()) - 1; }
 

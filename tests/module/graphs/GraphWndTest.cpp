@@ -6,6 +6,8 @@
 #include "tests/support/DialogFixture.h"
 #include "tests/support/DrawnCommands.h"
 
+#include <array>
+#include <bit>
 #include <functional>
 #include <limits>
 
@@ -186,6 +188,9 @@ TEST_F(GraphWindow, PositionsOfTheMark) {
         EXPECT_EQ(row.move(graph), row.answer);
         EXPECT_EQ(shown(), kPicture + markAt(row.mark));
     }
+    framework::PictureDC dc(CSize(100, 50));
+    graph.DrawSliding(&dc);
+    EXPECT_EQ(DrawnCommands::of(dc.drawn()), slidingAt(0)) << "the line went with the mark, but is not shown";
     set(kSeries);
     EXPECT_EQ(shown(), kPicture + markAt(0)) << "new points bring the mark back";
 }
@@ -317,6 +322,16 @@ TEST_F(GraphWindow, CallDrawingAddsLabelAndFrame) {
     framework::PictureDC dc(CSize(200, 100));
     EXPECT_THROW(graph.CallDrawing(&dc, 10, 20, -1), CInvalidArgException);
     EXPECT_EQ(DrawnCommands::of(dc.drawn()), axis + curve);
+    framework::PictureDC labelled(CSize(200, 100));
+    graph.CallDrawing(&labelled, 10, 20, 1);
+    LOGFONT font;
+    font.lfHeight = -11;
+    font.lfWeight = FW_NORMAL;
+    font.lfCharSet = DEFAULT_CHARSET;
+    font.lfOutPrecision = OUT_CHARACTER_PRECIS;
+    font.lfClipPrecision = CLIP_CHARACTER_PRECIS;
+    framework::setFaceName(font, L"Arial");
+    EXPECT_EQ(labelled.drawn().text({}).font, font);
     set({{1.0 / 3, 1}, {1e8, 1}});
     EXPECT_NE(draw(0).find("**Time Step : 0.333333\n"), std::string::npos);
     EXPECT_NE(draw(1).find("**Time Step : 1e+08\n"), std::string::npos);
@@ -414,5 +429,26 @@ TEST_F(GraphWindow, ConversionsAreItsOwn) {
     EXPECT_EQ(graph.BiSearch(1, index), 0);
     EXPECT_EQ(index, 7);
 }
+
+#if defined(__GNUC__)
+/// Where the compiler looks a virtual operation up.
+template <class Operation>
+std::ptrdiff_t slotOf(Operation operation) {
+    const auto parts = std::bit_cast<std::array<std::ptrdiff_t, 2>>(operation);
+    return (parts[0] - 1) / static_cast<std::ptrdiff_t>(sizeof(void*));
+}
+
+TEST(GraphWindowClass, VirtualOperationsKeepTheirOrder) {
+    using MarkAt = void (CGraphWnd::*)(CDC*, CPoint);
+    using Mark = void (CGraphWnd::*)(CDC*);
+    const std::ptrdiff_t slots[] = {
+        slotOf(&CGraphWnd::DrawGraphData),       slotOf(&CGraphWnd::DrawFunction),
+        slotOf(&CGraphWnd::DrawBackGround),      slotOf(&CGraphWnd::DrawAxis),
+        slotOf(MarkAt{&CGraphWnd::DrawPosMark}), slotOf(Mark{&CGraphWnd::DrawPosMark})};
+    for (std::size_t i = 1; i < std::size(slots); ++i)
+        EXPECT_EQ(slots[i], slots[0] + static_cast<std::ptrdiff_t>(i));
+    EXPECT_EQ(slotOf(&IGrahpWndPos::SetPosByXValue), 0);
+}
+#endif
 
 } // namespace
