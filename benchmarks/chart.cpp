@@ -1,16 +1,14 @@
 // A chart of a million points: adding them and writing the SVG picture, thinned to columns of pixels, beside
 // a bare pass over the data that maps each point once, in the same run.
 
+#include "benchmarks/Stopwatch.h"
 #include "framework/windows/WinThread.h"
 #include "host/HostServices.h"
 #include "host/chart/ChartCtrl.h"
 #include "host/chart/ChartSvg.h"
 
-#include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <functional>
 #include <vector>
 
 namespace {
@@ -18,17 +16,10 @@ namespace {
 using namespace tqx::frx;
 
 constexpr std::size_t kPoints = 1'000'000;
-constexpr int kRuns = 9;
 
-double median(const std::function<void()>& work) {
-    std::vector<double> times;
-    for (int run = 0; run < kRuns; ++run) {
-        const auto start = std::chrono::steady_clock::now();
-        work();
-        times.push_back(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-    }
-    std::ranges::nth_element(times, times.begin() + kRuns / 2);
-    return times[kRuns / 2] * 1e3;
+template <class Work>
+double milliseconds(Work&& work) {
+    return median(9, work) * 1e3;
 }
 
 } // namespace
@@ -45,26 +36,27 @@ int main() {
     chart.Create({0, 0, 800, 500}, &frame, 1);
 
     std::vector<int> pixels(2 * kPoints);
-    const double pass = median([&] {
+    const double pass = milliseconds([&] {
         for (std::size_t i = 0; i < kPoints; ++i) {
             pixels[2 * i] = static_cast<int>(x[i] * (700.0 / kPoints));
             pixels[2 * i + 1] = static_cast<int>(250.0 - y[i] * 190.0);
         }
     });
-    const double addOne = median([&] {
+    const double addOne = milliseconds([&] {
         chart.RemoveDataAll();
         for (std::size_t i = 0; i < kPoints; ++i)
             chart.AddData(0, x[i], y[i]);
     });
-    const double addAll = median([&] {
+    const double addAll = milliseconds([&] {
         chart.RemoveDataAll();
         chart.AddData(0, x, y);
     });
     std::size_t bytes = 0;
-    const double line = median([&] { bytes = chartSvg(*findChart(chart.m_hWnd), 800, 500).size(); });
+    const double line = milliseconds([&] { bytes = chartSvg(*findChart(chart.m_hWnd), 800, 500).size(); });
     chart.EnableMarker(1);
     std::size_t markedBytes = 0;
-    const double marked = median([&] { markedBytes = chartSvg(*findChart(chart.m_hWnd), 800, 500).size(); });
+    const double marked =
+        milliseconds([&] { markedBytes = chartSvg(*findChart(chart.m_hWnd), 800, 500).size(); });
 
     std::printf("a bare pass over 1,000,000 points: %.2f ms\n", pass);
     std::printf("adding them one by one: %.1f ms, %.1f x; at once: %.1f ms, %.1f x\n", addOne, addOne / pass,

@@ -1,12 +1,12 @@
 // Drawing a chart of a million points on the desktop's screen, without a display: showing what changed,
 // beside drawing the extremes of each column of pixels of the same data, in the same run.
 
+#include "benchmarks/Stopwatch.h"
 #include "host/chart/ChartCtrl.h"
 #include "workbench/desktop/Appearance.h"
 #include "workbench/desktop/ChartWidget.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 
@@ -16,17 +16,10 @@ using namespace tqx::frx;
 using workbench::desktop::ChartWidget;
 
 constexpr std::size_t kPoints = 1'000'000;
-constexpr int kRuns = 9;
 
-double median(const std::function<void()>& work) {
-    std::vector<double> times;
-    for (int run = 0; run < kRuns; ++run) {
-        const auto start = std::chrono::steady_clock::now();
-        work();
-        times.push_back(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-    }
-    std::ranges::nth_element(times, times.begin() + kRuns / 2);
-    return times[kRuns / 2] * 1e3;
+template <class Work>
+double milliseconds(Work&& work) {
+    return median(9, work) * 1e3;
 }
 
 } // namespace
@@ -48,7 +41,7 @@ int main(int argc, char** argv) {
     QImage image(800, 500, QImage::Format_ARGB32_Premultiplied);
     const ChartView seen = widget.view();
 
-    const double extremes = median([&] {
+    const double extremes = milliseconds([&] {
         std::vector<QLineF> lines(static_cast<std::size_t>(seen.width) + 1, QLineF(0, 1e9, 0, -1e9));
         for (std::size_t i = 0; i < kPoints; ++i) {
             const double px = (series.x[i] - seen.x.lower) / (seen.x.upper - seen.x.lower) * seen.width;
@@ -62,11 +55,11 @@ int main(int argc, char** argv) {
         painter.setPen(Qt::blue);
         painter.drawLines(lines.data(), static_cast<int>(lines.size()));
     });
-    const double shown = median([&] {
+    const double shown = milliseconds([&] {
         widget.showState();
         widget.render(&image);
     });
-    const double again = median([&] { widget.render(&image); });
+    const double again = milliseconds([&] { widget.render(&image); });
     std::printf("extremes of each column of 1,000,000 points, drawn bare: %.1f ms\n", extremes);
     std::printf("the chart taken over and drawn: %.1f ms, %.1f x; drawn again: %.1f ms, %.1f x\n", shown,
                 shown / extremes, again, again / extremes);

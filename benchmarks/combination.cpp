@@ -1,3 +1,4 @@
+#include "benchmarks/Stopwatch.h"
 #include "resultfile/ResultFile.h"
 #include "workbench/results/ResultCombination.h"
 
@@ -5,7 +6,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -23,13 +23,6 @@ constexpr int kValues = 1000000;
 constexpr int kItems = 8;
 constexpr unsigned kComponents[] = {312101, 312102, 312103, 312104, 312105, 312106};
 constexpr int kRuns = 11;
-
-template <class Work>
-double seconds(Work&& work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
 
 template <class T>
 T require(Result<T> done) {
@@ -130,10 +123,10 @@ void measure(const char* name, const fs::path& folder, const T_QM_MESH_D& mesh, 
     int tables = 0;
     for (int run = 0; run < kRuns; ++run) {
         std::optional<resultfile::Writer> writer;
-        own =
-            std::min(own, seconds([&] { writer = combine(mesh, kind, step, folder / "own.lmop", tables); }));
+        own = std::min(own,
+                       secondsOf([&] { writer = combine(mesh, kind, step, folder / "own.lmop", tables); }));
         writer.reset();
-        raw = std::min(raw, seconds([&] { rawPass(folder / "items.lmop", folder / "raw", tables); }));
+        raw = std::min(raw, secondsOf([&] { rawPass(folder / "items.lmop", folder / "raw", tables); }));
         fs::remove(folder / "raw");
     }
     std::printf("  %-28s %2d tables written  %7.1f ms  %.2f x the raw pass of %.1f ms (limit 2)\n", name,

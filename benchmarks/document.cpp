@@ -1,6 +1,7 @@
 // Opening and saving a document of 1,000,000 nodes and hexahedra, each figure beside its limit in the same
 // run.
 
+#include "benchmarks/Stopwatch.h"
 #include "host/ElementTypes.h"
 #include "workbench/document/DocumentFile.h"
 
@@ -9,11 +10,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,17 +20,6 @@ namespace {
 
 using namespace workbench;
 namespace fs = std::filesystem;
-
-double bestSeconds(int runs, const std::function<void()>& work) {
-    double best = 1e9;
-    for (int i = 0; i < runs; ++i) {
-        const auto start = std::chrono::steady_clock::now();
-        work();
-        best =
-            std::min(best, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-    }
-    return best;
-}
 
 /// A block of side^3 nodes; as many hexahedra, those beyond the block's own along its last cells once more.
 MeshData cubeMesh(std::uint32_t side, std::uint32_t property) {
@@ -132,14 +120,14 @@ int main() {
 
     constexpr int kRuns = 7;
     int copy = 0;
-    const double save = bestSeconds(3, [&] {
+    const double save = fastest(3, [&] {
         require(bool(saveDocument(database, folder / (std::to_string(copy++) + ".wkm"))), "save");
     });
     require(bool(saveDocument(database, path)), "save");
     const auto size = fs::file_size(path);
-    const double raw = bestSeconds(3, [&] { writeRaw(folder / "raw", size); });
+    const double raw = fastest(3, [&] { writeRaw(folder / "raw", size); });
     print("save whole", save, "raw write and flush", raw);
-    const double again = bestSeconds(3, [&] {
+    const double again = fastest(3, [&] {
         database.beginTransaction(L"rename");
         database.setUnits({"kN", "m"});
         database.commitTransaction();
@@ -151,9 +139,9 @@ int main() {
     std::size_t bytes = 0;
     double select = 1e9, open = 1e9;
     for (int i = 0; i < kRuns; ++i) {
-        select = std::min(select, bestSeconds(1, [&] { bytes = selectBlocks(path, sum); }));
+        select = std::min(select, secondsOf([&] { bytes = selectBlocks(path, sum); }));
         std::unique_ptr<ModelDatabase> opened; // closing it is not a part of opening
-        open = std::min(open, bestSeconds(1, [&] {
+        open = std::min(open, secondsOf([&] {
                             auto answer = openDocument(path);
                             require(bool(answer), "open");
                             opened = std::move(*answer);
@@ -162,7 +150,7 @@ int main() {
     std::printf("%zu bytes of mesh in a file of %zu bytes (sum %llx)\n", bytes,
                 static_cast<std::size_t>(size), static_cast<unsigned long long>(sum));
     print("open", open, "plain SELECT", select, 2);
-    const double info = bestSeconds(kRuns, [&] {
+    const double info = fastest(kRuns, [&] {
         DocumentSummary summary;
         require(bool(openDocumentRecords(path, summary)) && summary.nodeCount == 1000000, "info");
     });

@@ -3,6 +3,7 @@
 // desktop, beside drawing the extremes of each column of pixels; and what a move of the mouse costs on the
 // screen, beside copying the picture and drawing the line.
 
+#include "benchmarks/Stopwatch.h"
 #include "framework/drawing/Surface.h"
 #include "framework/windows/WindowRecord.h"
 #include "framework/windows/desktop/UserActions.h"
@@ -13,7 +14,6 @@
 #include <QtWidgets/QtWidgets>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <limits>
@@ -26,13 +26,6 @@ using Points = CArray<T_GRPH_D, T_GRPH_D&>;
 constexpr int kPoints = 1000000;
 constexpr int kWidth = 800, kHeight = 400;
 constexpr int kRuns = 15;
-
-template <class Work>
-double seconds(Work&& work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
 
 /// A vibration with noise, so that every column has its extremes.
 Points curve() {
@@ -74,8 +67,82 @@ void drawExtremes(QPainter& painter, const std::vector<CPoint>& pixels) {
     }
 }
 
-double least(double a, double b) {
-    return std::min(a, b);
+/// The graph in a window that is shown.
+class Window {
+  public:
+    Window() {
+        owner_.CreateEx(0, nullptr, L"", WS_POPUP, CRect(0, 0, kWidth, kHeight), nullptr, 0);
+        CWnd place;
+        place.Create(L"Static", L"", WS_VISIBLE, CRect(0, 0, kWidth, kHeight), &owner_, 1);
+        place.Detach();
+        owner_.ShowWindow(SW_SHOW);
+        graph.Init(&owner_, 1);
+    }
+    ~Window() { owner_.DestroyWindow(); }
+    const framework::Recording& shown() const {
+        return framework::findWindow(graph.m_hWnd)->presented->drawn();
+    }
+
+    CGraphWnd graph;
+
+  private:
+    support::MemoryHost host_;
+    CWnd owner_;
+};
+
+/// What takes turns is lengthened by the same others on the machine.
+template <class Ours, class Limit>
+std::pair<double, double> inTurns(Ours&& ours, Limit&& limit) {
+    std::pair<double, double> best{1e30, 1e30};
+    for (int run = 0; run < kRuns; ++run) {
+        best.first = std::min(best.first, secondsOf(ours));
+        best.second = std::min(best.second, secondsOf(limit));
+    }
+    return best;
+}
+
+void measureSetData(Window& window, std::vector<CPoint>& pixels) {
+    Points points = curve();
+    const auto [set, map] = inTurns(
+        [&] {
+            window.graph.SetData(points);
+            framework::pumpMessages(); // so that the window holds on to the commands, as in use
+        },
+        [&] { mapOnce(points, pixels); });
+    std::printf("  SetData with recording  %6.2f ms  %.2f x mapping each point once, %.2f ms (limit 4)\n",
+                set * 1e3, set / map, map * 1e3);
+}
+
+void measurePainting(const Window& window, QImage& image, const std::vector<CPoint>& pixels) {
+    QPainter painter(&image);
+    const auto [paint, extremes] =
+        inTurns([&] { workbench::desktop::RecordingPainter().paint(painter, window.shown()); },
+                [&] { drawExtremes(painter, pixels); });
+    std::printf("  painting it             %6.2f ms  %.2f x the extremes of each column, %.2f ms (limit 3)\n",
+                paint * 1e3, paint / extremes, extremes * 1e3);
+}
+
+/// How often the curve was painted meanwhile.
+int measureMoves(const Window& window, QImage& image) {
+    const QImage picture = image;
+    workbench::desktop::RecordingPainter pictures;
+    QPainter painter(&image);
+    int x = 100;
+    const auto [move, copy] = inTurns(
+        [&] {
+            framework::user::mouse(window.graph.m_hWnd, WM_MOUSEMOVE, {++x, 50});
+            framework::pumpMessages();
+            pictures.paint(painter, window.shown());
+        },
+        [&] {
+            painter.drawImage(0, 0, picture);
+            painter.setPen(QColor(175, 175, 175));
+            painter.drawLine(x, 0, x, kHeight);
+        });
+    std::printf("  a move of the mouse     %6.3f ms  %.2f x copying the picture and a line, %.3f ms; "
+                "the curve was painted %d time(s)\n",
+                move * 1e3, move / copy, copy * 1e3, pictures.painted());
+    return pictures.painted();
 }
 
 } // namespace
@@ -83,60 +150,11 @@ double least(double a, double b) {
 int main(int count, char** arguments) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(count, arguments);
-    support::MemoryHost host;
-    CWnd owner, place;
-    owner.CreateEx(0, nullptr, L"", WS_POPUP, CRect(0, 0, kWidth, kHeight), nullptr, 0);
-    place.Create(L"Static", L"", WS_VISIBLE, CRect(0, 0, kWidth, kHeight), &owner, 1);
-    place.Detach();
-    owner.ShowWindow(SW_SHOW);
-    CGraphWnd graph;
-    if (!graph.Init(&owner, 1)) return 1;
-    const auto presented = [&]() -> const framework::Recording& {
-        return framework::findWindow(graph.m_hWnd)->presented->drawn();
-    };
-
-    Points points = curve();
+    Window window;
     std::vector<CPoint> pixels(kPoints);
-    double set = 1e30, map = 1e30;
-    for (int run = 0; run < kRuns; ++run) {
-        set = least(set, seconds([&] { graph.SetData(points); }));
-        framework::pumpMessages();
-        map = least(map, seconds([&] { mapOnce(points, pixels); }));
-    }
-    std::printf("graph of %d points in %d x %d pixels\n", kPoints, kWidth, kHeight);
-    std::printf("  SetData with recording  %6.2f ms  %.2f x mapping each point once, %.2f ms (limit 4)\n",
-                set * 1e3, set / map, map * 1e3);
-
     QImage image(kWidth, kHeight, QImage::Format_RGB32);
-    double paint = 1e30, extremes = 1e30, move = 1e30, copy = 1e30;
-    for (int run = 0; run < kRuns; ++run) {
-        QPainter painter(&image);
-        paint = least(paint,
-                      seconds([&] { workbench::desktop::RecordingPainter().paint(painter, presented()); }));
-        extremes = least(extremes, seconds([&] { drawExtremes(painter, pixels); }));
-    }
-    std::printf("  painting it             %6.2f ms  %.2f x the extremes of each column, %.2f ms (limit 3)\n",
-                paint * 1e3, paint / extremes, extremes * 1e3);
-
-    workbench::desktop::RecordingPainter pictures;
-    const QImage picture = image;
-    for (int run = 0; run < kRuns; ++run) {
-        QPainter painter(&image);
-        const int x = 100 + run;
-        move = least(move, seconds([&] {
-                         framework::user::mouse(graph.m_hWnd, WM_MOUSEMOVE, {x, 50});
-                         framework::pumpMessages();
-                         pictures.paint(painter, presented());
-                     }));
-        copy = least(copy, seconds([&] {
-                         painter.drawImage(0, 0, picture);
-                         painter.setPen(QColor(175, 175, 175));
-                         painter.drawLine(x, 0, x, kHeight);
-                     }));
-    }
-    std::printf("  a move of the mouse     %6.3f ms  %.2f x copying the picture and a line, %.3f ms; "
-                "the curve was painted %d time(s)\n",
-                move * 1e3, move / copy, copy * 1e3, pictures.painted());
-    owner.DestroyWindow();
-    return pictures.painted() == 1 ? 0 : 1;
+    std::printf("graph of %d points in %d x %d pixels\n", kPoints, kWidth, kHeight);
+    measureSetData(window, pixels);
+    measurePainting(window, image, pixels);
+    return measureMoves(window, image) == 1 ? 0 : 1;
 }

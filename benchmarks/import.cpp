@@ -1,3 +1,4 @@
+#include "benchmarks/Stopwatch.h"
 #include "resultfile/ResultFile.h"
 #include "workbench/import/FrdReader.h"
 #include "workbench/import/ResultImport.h"
@@ -17,21 +18,6 @@
 namespace {
 
 using namespace workbench;
-
-double secondsSince(std::chrono::steady_clock::time_point start) {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-template <class Work>
-double fastest(int runs, Work&& work) {
-    double best = 1e30;
-    for (int i = 0; i < runs; ++i) {
-        const auto start = std::chrono::steady_clock::now();
-        work();
-        best = std::min(best, secondsSince(start));
-    }
-    return best;
-}
 
 /// Processor time of work in one thread, which other programs on the machine do not lengthen.
 template <class Work>

@@ -3,8 +3,8 @@
 
 #include "solver/Rainflow.h"
 
-#include <algorithm>
-#include <chrono>
+#include "benchmarks/Stopwatch.h"
+
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -82,14 +82,7 @@ Sum library(std::span<const double> points, solver::Rainflow& counter) {
 }
 
 double bestSeconds(const std::function<Sum()>& work, Sum& sum) {
-    double best = 1e9;
-    for (int run = 0; run < kRuns; ++run) {
-        const auto start = std::chrono::steady_clock::now();
-        sum = work();
-        best =
-            std::min(best, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-    }
-    return best;
+    return fastest(kRuns, [&] { sum = work(); });
 }
 
 /// Both ways on records of one length; false when they count differently.

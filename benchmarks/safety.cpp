@@ -1,10 +1,10 @@
 // Local safety of a million stress states beside a bare loop over the same arithmetic with the tangent
 // hoisted, in the same run.
 
+#include "benchmarks/Stopwatch.h"
 #include "module/stability/SafetyRate.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <random>
 #include <vector>
@@ -33,18 +33,6 @@ void bareLoop(double c, double slope, const std::vector<double>& s1, const std::
     }
 }
 
-template <class Work>
-double fastest(const Work& work) {
-    double best = 1e9;
-    for (int run = 0; run < kRuns; ++run) {
-        const auto start = std::chrono::steady_clock::now();
-        work();
-        best =
-            std::min(best, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-    }
-    return best;
-}
-
 } // namespace
 
 int main() {
@@ -57,9 +45,9 @@ int main() {
     }
     const stability::Strength soil{12, 25, false, 0};
     const double slope = stability::StrengthLine(soil).slope;
-    const double limit = fastest([&] { bareLoop(soil.cohesion, slope, s1, s2, bare); });
+    const double limit = fastest(kRuns, [&] { bareLoop(soil.cohesion, slope, s1, s2, bare); });
     for (const auto mode : {stability::RateMode::FactorOfSafety, stability::RateMode::StressRatio}) {
-        const double time = fastest([&] { stability::safetyRates(soil, mode, s1, s2, rates); });
+        const double time = fastest(kRuns, [&] { stability::safetyRates(soil, mode, s1, s2, rates); });
         std::printf("%-17s %7.2f ns a state   %.2f x the bare loop (limit 1.5)\n",
                     mode == stability::RateMode::StressRatio ? "stress ratio" : "factor of safety",
                     time / kStates * 1e9, time / limit);

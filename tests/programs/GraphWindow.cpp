@@ -1,9 +1,7 @@
 // A graph on a screen, for a test that works it from outside, and for a picture of it.
 //
-// graph-window --describe FILE      shows it and keeps a line about it in the file: the place of the graph on
-// the
-//                                   screen, how often its curve was painted, and the clicks that its owner
-//                                   got
+// graph-window --describe FILE      shows it, and keeps a line about it in the file: its place on the screen,
+//                                   how often its curve was painted, and the clicks that its owner got
 // graph-window --picture FILE       draws it as it is after a click and a move of the mouse
 
 #include "framework/windows/desktop/UserActions.h"
