@@ -30,7 +30,7 @@ std::wstring safetyHistoryPath(const std::wstring& documentPath, const std::wstr
 /// Reads blocks that begin with a line "SUBCASE", whose text from its eleventh character on is the name, and
 /// end with an empty line: rows of iterations, displacement, factor of safety and flag, and headings that
 /// begin with "ITERATION". What is no number is 0. Texts are in the host's code page; of a line only the
-/// first 4096 bytes count.
+/// first 4096 bytes count. A stream that fails ends the history; its state says so.
 SafetyHistory readSafetyHistory(std::istream& in);
 
 /// A point of a curve.

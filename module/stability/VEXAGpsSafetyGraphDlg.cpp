@@ -94,11 +94,9 @@ void CVEXAGpsSafetyGraphDlg::ReadHistory() {
         safetyHistoryPath(GetDocBase() ? GetDocBase()->GetFullPathNameW() : std::wstring(), m_strName);
     std::ifstream file;
     if (CFileFind().FindFile(path)) file.open(framework::nativePath(path), std::ios::binary);
-    if (!file.is_open()) {
-        qmMsgOutWarning(framework::formatWide(textOf(L"IDS_VEXAGPS_NO_SAFETY_GRAPH_FILE"), path));
-        return;
-    }
     SafetyHistory history = readSafetyHistory(file);
+    if (!file.is_open() || file.bad())
+        qmMsgOutWarning(framework::formatWide(textOf(L"IDS_VEXAGPS_NO_SAFETY_GRAPH_FILE"), path));
     m_subcases = std::move(history.subcases);
     for (const std::size_t line : history.shortLines)
         qmMsgOutWarning(framework::formatWide(textOf(L"IDS_VEXAGPS_SAFETY_GRAPH_SHORT_LINE"), path, line));

@@ -1,8 +1,10 @@
+#include "framework/text/CodePage.h"
 #include "module/stability/SafetyGraphType.h"
 #include "workbench/cli/DesktopChart.h"
 #include "workbench/cli/Output.h"
 #include "workbench/cli/SafetyGraph.h"
 #include "workbench/import/Names.h"
+#include "workbench/session/SafetyHistories.h"
 
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
@@ -64,13 +66,17 @@ class FosCommand final : public Command {
         if (!document) return fail(document.error());
         SafetyGraph graph(**document, name_);
         const std::vector<SafetyCurves> curves = graph.curves();
-        if (curves.empty())
-            return fail("there is no subcase in the history \"" + name_ + "\" of " + model_ +
-                        ": run the strength-reduction analysis, which writes it beside the document");
+        if (curves.empty()) return fail(noSubcase(**document));
         const auto shown = chosen(curves);
         if (!shown) return fail(shown.error());
-        if (!output_.empty())
+        if (!output_.empty()) {
+            if (type() == SafetyGraphType::Displacement && curves[*shown].displacements.empty())
+                std::fprintf(stderr,
+                             "warning: no row of subcase \"%s\" converged, which leaves the picture empty; "
+                             "--graph iterations shows all rows\n",
+                             curves[*shown].name.c_str());
             if (const auto drawn = draw(graph, *shown, common); !drawn) return fail(drawn.error());
+        }
         if (common.json)
             std::printf("%s\n", describe(curves).dump(2).c_str());
         else
@@ -82,6 +88,16 @@ class FosCommand final : public Command {
     int type() const {
         return graph_ == kTypes[SafetyGraphType::Iterations] ? SafetyGraphType::Iterations
                                                              : SafetyGraphType::Displacement;
+    }
+
+    Error noSubcase(const Document& document) const {
+        std::vector<std::string> names;
+        for (const std::wstring& name : safetyHistoryNames(document))
+            names.push_back(framework::toUtf8(name));
+        const std::string fault = "there is no subcase in the history \"" + name_ + "\" of " + model_;
+        if (names.empty() || std::ranges::find(names, name_) != names.end())
+            return {fault + ": run the strength-reduction analysis, which writes it beside the document"};
+        return {fault + suggestion(name_, names) + "; beside the document there are " + listNames(names)};
     }
 
     Result<std::size_t> chosen(const std::vector<SafetyCurves>& curves) const {

@@ -1,6 +1,7 @@
 #include "host/MSGFunction.h"
 #include "workbench/desktop/MainWindow.h"
 #include "workbench/desktop/ModuleDialogs.h"
+#include "workbench/session/SafetyHistories.h"
 
 #include <algorithm>
 

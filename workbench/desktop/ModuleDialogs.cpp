@@ -1,11 +1,8 @@
 #include "workbench/desktop/ModuleDialogs.h"
 
-#include "framework/files/PathMap.h"
-#include "host/FileCtrl.h"
 #include "module/entry/VEXAGpsDialog.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <iterator>
 
 namespace workbench::desktop {
@@ -35,22 +32,6 @@ const ModuleDialog* findModuleDialog(const std::wstring& className) {
     const auto* found = std::ranges::find(
         kDialogs, className, [](const ModuleDialog& dialog) { return std::wstring(dialog.className); });
     return found == std::end(kDialogs) ? nullptr : found;
-}
-
-std::vector<std::wstring> safetyHistoryNames(const Document& document) {
-    const std::wstring path = document.GetFullPathNameW();
-    const std::wstring begin = CFileCtrl::GetFileName(path) + L"_";
-    constexpr std::wstring_view kEnd = L"_fos.out";
-    std::vector<std::wstring> names;
-    std::error_code code;
-    const auto folder = framework::nativePath(CFileCtrl::GetFilePath(path));
-    for (const auto& entry : std::filesystem::directory_iterator(folder, code)) {
-        const std::wstring file = framework::widePath(entry.path().filename());
-        if (file.size() >= begin.size() + kEnd.size() && file.starts_with(begin) && file.ends_with(kEnd))
-            names.push_back(file.substr(begin.size(), file.size() - begin.size() - kEnd.size()));
-    }
-    std::ranges::sort(names);
-    return names;
 }
 
 void openModuleDialog(const ModuleDialog& dialog, Document& document, const std::wstring& argument) {

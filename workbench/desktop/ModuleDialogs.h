@@ -4,7 +4,6 @@
 
 #include <span>
 #include <string>
-#include <vector>
 
 namespace workbench::desktop {
 
@@ -22,8 +21,6 @@ const ModuleDialog* findModuleDialog(const std::wstring& className);
 
 /// The class of the one that takes a name.
 inline constexpr const wchar_t* kSafetyGraphClass = L"CVEXAGpsSafetyGraphDlg";
-/// Names of the histories of the factor of safety that lie beside the document, ascending.
-std::vector<std::wstring> safetyHistoryNames(const Document& document);
 
 /// Opens it as a host does. `argument` is the name that the safety graph takes; others take none.
 void openModuleDialog(const ModuleDialog& dialog, Document& document, const std::wstring& argument);

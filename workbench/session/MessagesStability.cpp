@@ -9,9 +9,9 @@ constexpr Message kMessages[] = {
     {"IDS_VEXAGPS_ITER_SAFETY_GRAPH_TITLE", "Factor of Safety - Iterations", "안전율-반복 횟수"},
     {"IDS_VEXAGPS_ITER_SAFETY_GRAPH_X_AXIS", "Accumulated iterations", "누적 반복 횟수"},
     {"IDS_VEXAGPS_NO_SAFETY_GRAPH_FILE",
-     "There is no history of the factor of safety: the file %s does not exist; run the strength-reduction "
-     "analysis first.",
-     "안전율 이력이 없습니다: 파일 %s이(가) 없습니다. 먼저 강도 감소 해석을 수행하십시오."},
+     "There is no history of the factor of safety: the file %s does not exist or cannot be read; run the "
+     "strength-reduction analysis first.",
+     "안전율 이력이 없습니다: 파일 %s이(가) 없거나 읽을 수 없습니다. 먼저 강도 감소 해석을 수행하십시오."},
     {"IDS_VEXAGPS_SAFETY_GRAPH_SHORT_LINE",
      "%s, line %d: a row needs iterations, displacement, factor of safety and flag; it was left out.",
      "%s, %d행: 반복 횟수, 변위, 안전율, 표시가 모두 필요하므로 이 행은 제외했습니다."},

@@ -100,15 +100,20 @@ TEST_F(SafetyGraph, TheChartIsSetUpForItsType) {
     dialog->DestroyWindow();
 }
 
-TEST_F(SafetyGraph, AMissingFileIsOneWarning) {
+TEST_F(SafetyGraph, AFileThatCannotBeReadIsOneWarning) {
     host.texts[L"IDS_VEXAGPS_NO_SAFETY_GRAPH_FILE"] = L"no %s";
-    open(nullptr);
-    EXPECT_EQ(host.warnings, std::vector{L"no " + framework::widePath(folder / "dam__fos.out")});
-    EXPECT_TRUE(framework::findWindow(control(IDC_SAFETY_CASE))->items.empty());
-    EXPECT_EQ(points(), "none");
-    choose(IDC_SAFETY_TYPE, 1);
-    EXPECT_EQ(points(), "none");
-    dialog->DestroyWindow();
+    for (const bool isFolder : {false, true}) {
+        if (isFolder) std::filesystem::create_directory(folder / "dam__fos.out");
+        host.warnings.clear();
+        open(nullptr);
+        EXPECT_EQ(host.warnings, std::vector{L"no " + framework::widePath(folder / "dam__fos.out")})
+            << isFolder;
+        EXPECT_TRUE(framework::findWindow(control(IDC_SAFETY_CASE))->items.empty());
+        EXPECT_EQ(points(), "none");
+        choose(IDC_SAFETY_TYPE, 1);
+        EXPECT_EQ(points(), "none");
+        dialog->DestroyWindow();
+    }
 }
 
 TEST_F(SafetyGraph, RowsThatAreTooShortAreNamed) {

@@ -6,6 +6,7 @@
 #include "tests/workbench/cli/Program.h"
 #include "tests/workbench/desktop/DeskFixture.h"
 #include "workbench/desktop/ModuleDialogs.h"
+#include "workbench/session/SafetyHistories.h"
 
 #include <QtTest/QtTest>
 
