@@ -31,6 +31,7 @@ struct NodeSafety {
 struct SafetyReport {
     stability::RateMode mode = stability::RateMode::FactorOfSafety;
     std::filesystem::path file;
+    bool isNewSet = true;          ///< the document had no set of that name
     std::vector<NodeSafety> nodes; ///< ascending by node
     std::size_t states = 0;        ///< evaluated
     std::vector<std::string> warnings;
@@ -45,11 +46,5 @@ Result<SafetyReport> computeSafety(Document& document, const SafetyRequest& requ
 /// Whether a is less safe than b. Beyond the apex and on it nothing is less safe; a state without a radius is
 /// the safest, and a material without strength gives way to any other.
 bool isLessSafe(const NodeSafety& a, const NodeSafety& b, stability::RateMode mode);
-
-/// Largest and smallest principal value of a symmetric tensor xx, yy, zz, xy, yz, zx.
-struct ExtremePrincipals {
-    double major, minor;
-};
-ExtremePrincipals extremePrincipals(const double (&tensor)[6]);
 
 } // namespace workbench

@@ -1,5 +1,7 @@
 #include "workbench/session/SafetyField.h"
 
+#include "workbench/session/StressStates.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -47,7 +49,9 @@ TEST(NodeSafety, GoverningStateIsTheLeastSafeOne) {
         for (std::size_t b = 0; b < std::size(ratios); ++b)
             EXPECT_EQ(isLessSafe(ratios[a], ratios[b], RateMode::StressRatio), a < b) << a << " " << b;
     EXPECT_TRUE(isLessSafe(state(stability::kApexRate), state(0.5), RateMode::FactorOfSafety));
-    EXPECT_TRUE(isLessSafe(state(NAN), state(9), RateMode::StressRatio));
+    for (const double beyond : {double(NAN), -0.0})
+        EXPECT_TRUE(isLessSafe(state(beyond), state(9), RateMode::StressRatio)) << beyond;
+    EXPECT_TRUE(isLessSafe(state(NAN), state(0), RateMode::FactorOfSafety));
 }
 
 } // namespace
