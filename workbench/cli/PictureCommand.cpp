@@ -138,17 +138,13 @@ class PictureCommand final : public Command {
     int draw(WorkbenchHost& host, const CommonOptions& common, const T_QM_MESH_D& mesh, CVResult& table,
              const MarkChoice& choice) const {
         const unsigned id = table.GetId();
-        auto values = nodalValues(table, mesh);
+        const auto values = shownValues(table, mesh);
         if (!values) return fail(values.error());
-        const ComponentName* component = findComponent(id);
-        const int unitKind = component ? component->unitKind : UnitKind::None;
-        const double factor = CQMUnitCtrl::GetConvertFactorCurrent(unitKind);
-        for (float& value : *values)
-            value = static_cast<float>(value * factor);
         const std::vector<std::uint8_t> valued = valuedElements(table.GetTable(), mesh);
         const std::vector<float> elements =
-            elementValues(table.GetTable(), factor, mesh, *values, valued, smallestIsWorst(id));
-        const auto marks = chooseMarks(choice, {mesh, *values, elements, smallestIsWorst(id), host.language()});
+            elementValues(table.GetTable(), shownFactor(id), mesh, *values, valued, smallestIsWorst(id));
+        const auto marks =
+            chooseMarks(choice, {mesh, *values, elements, smallestIsWorst(id), host.language()});
         if (!marks) return fail(marks.error());
 
         ContourPicture picture = describe(host, table);

@@ -3,11 +3,13 @@
 #include "framework/text/CodePage.h"
 #include "host/ElementTypes.h"
 #include "host/QMUnitCtrl.h"
+#include "module/stability/SafetyRate.h"
 #include "resultfile/FatigueComponents.h"
 #include "workbench/results/Catalogue.h"
 #include "workbench/results/ResultQuery.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace workbench::cli {
 namespace {
@@ -42,6 +44,23 @@ bool isSpreadWidely(unsigned id) {
 bool smallestIsWorst(unsigned id) {
     const bool isLife = id >= resultfile::fatigue::kLife && id < resultfile::fatigue::kEquivalentAmplitude;
     return isLife || id == safety::kFactor;
+}
+
+double shownFactor(unsigned id) {
+    const ComponentName* component = findComponent(id);
+    return CQMUnitCtrl::GetConvertFactorCurrent(component ? component->unitKind : UnitKind::None);
+}
+
+Result<std::vector<float>> shownValues(CVResult& table, const T_QM_MESH_D& mesh) {
+    auto values = nodalValues(table, mesh);
+    if (!values) return values;
+    const unsigned id = table.GetId();
+    const double factor = shownFactor(id);
+    for (float& value : *values)
+        value = id == safety::kFactor && value == stability::kUndefinedRate
+                    ? std::numeric_limits<float>::quiet_NaN()
+                    : static_cast<float>(value * factor);
+    return values;
 }
 
 ContourPicture describedPicture(const WorkbenchHost& host, CVResult& table) {

@@ -17,6 +17,12 @@ bool isSpreadWidely(unsigned id);
 /// Of a life and of a factor of safety the smallest value is the worst.
 bool smallestIsWorst(unsigned id);
 
+/// From the database to the current units.
+double shownFactor(unsigned id);
+/// One value a node in the current units; NaN where the table has none, and where a local factor of safety is
+/// undefined, which would look like the least of all.
+Result<std::vector<float>> shownValues(CVResult& table, const T_QM_MESH_D& mesh);
+
 /// Titles and words in the host's language, and the spread over the colours that fits the component.
 ContourPicture describedPicture(const WorkbenchHost& host, CVResult& table);
 

@@ -36,7 +36,7 @@ Result<std::unique_ptr<ShownResult>> ShownResult::make(const WorkbenchHost& host
     const CVResultLease lease(&table);
     if (!lease) return Error{"the result cannot be read; the messages above say why"};
     const T_QM_MESH_D& mesh = document.database().mesh();
-    auto nodes = nodalValues(table, mesh);
+    auto nodes = cli::shownValues(table, mesh);
     if (!nodes) return nodes.error();
 
     auto shown = std::unique_ptr<ShownResult>(new ShownResult);
@@ -46,12 +46,10 @@ Result<std::unique_ptr<ShownResult>> ShownResult::make(const WorkbenchHost& host
     const ComponentName* component = findComponent(table.GetId());
     const int unitKind = component ? component->unitKind : UnitKind::None;
     shown->unit_ = unitLabel(unitKind, host.currentUnits());
-    const double factor = CQMUnitCtrl::GetConvertFactorCurrent(unitKind);
-    for (float& value : shown->nodes_)
-        value = static_cast<float>(value * factor);
     shown->valued_ = cli::valuedElements(*lease, mesh);
-    shown->elements_ =
-        cli::elementValues(*lease, factor, mesh, shown->nodes_, shown->valued_, cli::smallestIsWorst(table.GetId()));
+    const unsigned id = table.GetId();
+    shown->elements_ = cli::elementValues(*lease, cli::shownFactor(id), mesh, shown->nodes_, shown->valued_,
+                                          cli::smallestIsWorst(id));
 
     ContourPicture& picture = shown->picture_;
     picture = cli::describedPicture(host, table);

@@ -175,20 +175,24 @@ class Builder {
     }
 
     /// Shape functions of the four- and eight-node quadrilateral in their middle: 1/4 a corner; or -1/4 a
-    /// corner and 1/2 a mid node.
+    /// corner and 1/2 a mid node. The value stays between those of the nodes: beside a very large one the
+    /// shape functions overshoot, and colours would show values that no node has.
     std::uint32_t addMiddleOf(std::span<const std::uint32_t> rim, bool quadratic) {
         Float3 position{}, rest{};
-        float place = 0.0f;
+        float place = 0.0f, low = result_.scalePositions[rim[0]], high = low;
         for (std::size_t i = 0; i < rim.size(); ++i) {
             const float weight = !quadratic ? 0.25f : (i % 2 == 0 ? -0.25f : 0.5f);
             for (std::size_t c = 0; c < 3; ++c) {
                 position[c] += weight * result_.positions[rim[i]][c];
                 rest[c] += weight * restPlaces()[rim[i]][c];
             }
-            place += weight * result_.scalePositions[rim[i]];
+            const float own = result_.scalePositions[rim[i]];
+            place += weight * own;
+            low = std::min(low, own);
+            high = std::max(high, own);
         }
         if (!result_.restPositions.empty()) result_.restPositions.push_back(rest);
-        return addVertex(position, place);
+        return addVertex(position, std::clamp(place, low, high));
     }
 
     void addSides(std::span<const std::uint32_t> rim, std::size_t stride) {

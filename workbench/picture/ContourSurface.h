@@ -58,8 +58,9 @@ struct ContourSurface {
 };
 
 /// Triangles of the faces, quadratic ones with their mid nodes. A quadrilateral gets a vertex in its middle,
-/// valued by its shape functions, so that no diagonal shows in the contour. A mid node without a value takes
-/// the mean of its corners. Where the surface bends is found on the undeformed model.
+/// valued by its shape functions between the values of its nodes, so that no diagonal shows in the contour. A
+/// mid node without a value takes the mean of its corners. Where the surface bends is found on the undeformed
+/// model.
 ContourSurface contourSurfaceOf(const SurfaceFaces& faces, const SurfaceInput& input,
                                 const ScaleLevels& levels);
 

@@ -1,6 +1,7 @@
 #include "workbench/picture/SurfaceFaces.h"
 
 #include "tests/workbench/picture/PictureMesh.h"
+#include "workbench/picture/ContourSurface.h"
 
 #include <gtest/gtest.h>
 
@@ -162,6 +163,30 @@ TEST(SurfaceFaces, PointsAndSpringsAreDotsAndSpecialElementsAreLeftOut) {
     mesh.addNode({0, 0, 0});
     mesh.addElement(static_cast<ElementType>(20), {0, 7});
     EXPECT_FALSE(surfaceFacesOf(mesh.view()));
+}
+
+TEST(ContourSurface, TheMiddleOfAFaceLiesBetweenItsNodes) {
+    PictureMesh mesh;
+    for (const Point& at :
+         {Point{0, 0, 0}, {2, 0, 0}, {2, 2, 0}, {0, 2, 0}, {1, 0, 0}, {2, 1, 0}, {1, 2, 0}, {0, 1, 0}})
+        mesh.addNode(at);
+    mesh.addElement(ElementType::Quad8, {0, 1, 2, 3, 4, 5, 6, 7});
+    const auto faces = surfaceFacesOf(mesh.view());
+    ASSERT_TRUE(faces);
+    const struct {
+        std::vector<float> values; ///< corners, mid nodes
+        double middle;
+    } rows[] = {
+        {{0, 2, 6, 4, 1, 4, 5, 2}, 3},           // along a plane
+        {{1000, 2, 2, 2, 3, 2, 2, 3}, 2},        // the shape functions say -246.5
+        {{0, 0, 0, 0, 100, 100, 100, 100}, 100}, // 200
+    };
+    for (const auto& row : rows) {
+        const auto levels = ScaleLevels::make(extentOf(row.values), ValueScale::Linear, std::nullopt);
+        ASSERT_TRUE(levels);
+        const auto surface = contourSurfaceOf(*faces, {mesh.positions, {}, row.values, {}, {}}, *levels);
+        EXPECT_NEAR(surface.scalePositions.back(), levels->positionOf(row.middle), 1e-6) << row.middle;
+    }
 }
 
 TEST(SurfaceFaces, AMeshThatContradictsItselfIsRefused) {
