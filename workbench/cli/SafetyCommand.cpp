@@ -31,7 +31,7 @@ class SafetyCommand final : public Command {
             ->check(CLI::IsMember({"fos", "ratio"}));
         command->add_option("--name", name_, "Name of the new result set (default: \"Safety\" and the case)");
         command->add_option("--top", top_, "How many nodes to list, the least safe first")
-            ->check(CLI::NonNegativeNumber)
+            ->check(CLI::Range(0, 1000000))
             ->capture_default_str();
         command->footer(
             "Materials get their strength in the project deck: cohesion, friction_angle and, for a "
@@ -58,15 +58,16 @@ class SafetyCommand final : public Command {
         auto report = computeSafety(**document, request);
         if (!report) return fail(report.error());
         if (const auto saved = (*document)->save(); !saved) {
-            std::error_code ignored; // nobody refers to the set
-            std::filesystem::remove(report->file, ignored);
+            std::error_code ignored; // nobody refers to a new set
+            if (report->isNewSet) std::filesystem::remove(report->file, ignored);
             return fail(saved.error());
         }
         for (const std::string& warning : report->warnings)
             std::fprintf(stderr, "warning: %s\n", warning.c_str());
         sortBySafety(*report);
         if (common.json)
-            std::printf("%s\n", describe(request, *report, (*document)->database().mesh()).dump(2).c_str());
+            std::printf("%s\n",
+                        describe(host, request, *report, (*document)->database().mesh()).dump(2).c_str());
         else
             print(host, request, *report, (*document)->database().mesh());
         return kDone;
@@ -87,7 +88,8 @@ class SafetyCommand final : public Command {
         return std::min(report.nodes.size(), static_cast<std::size_t>(top_));
     }
 
-    json describe(const SafetyRequest& request, const SafetyReport& report, const T_QM_MESH_D& mesh) const {
+    json describe(const WorkbenchHost& host, const SafetyRequest& request, const SafetyReport& report,
+                  const T_QM_MESH_D& mesh) const {
         json nodes = json::array();
         const double stress = CQMUnitCtrl::GetConvertFactorCurrent(UnitKind::Stress);
         for (std::size_t i = 0; i < listed(report); ++i) {
@@ -95,26 +97,35 @@ class SafetyCommand final : public Command {
             nodes.push_back({{"node", mesh.nodeNumbers[node.node]},
                              {"rate", node.rate},
                              {"cohesion", node.cohesion * stress},
-                             {"friction_angle", node.frictionAngle},
+                             {"friction angle", node.frictionAngle},
                              {"major", node.major * stress},
                              {"minor", node.minor * stress},
-                             {"has_strength", node.hasStrength}});
+                             {"has strength", node.hasStrength}});
         }
+        const CPOHVCase& step = *request.step;
         return {{"document", choice_.model},
+                {"analysis", framework::toUtf8(step.GetCase()->GetAnalysis()->GetName())},
+                {"case", framework::toUtf8(step.GetCase()->GetName())},
+                {"step", framework::toUtf8(step.GetName())},
                 {"set", request.name},
                 {"file", report.file.string()},
                 {"mode", report.mode == RateMode::StressRatio ? "ratio" : "fos"},
                 {"component", rateId(report)},
+                {"stress unit", unitLabel(UnitKind::Stress, host.currentUnits())},
                 {"states", report.states},
-                {"node_count", report.nodes.size()},
+                {"node count", report.nodes.size()},
                 {"nodes", nodes},
                 {"warnings", report.warnings}};
     }
 
     void print(const WorkbenchHost& host, const SafetyRequest& request, const SafetyReport& report,
                const T_QM_MESH_D& mesh) const {
-        std::printf("%s: analysis \"%s\" -> %s\n  %zu stress states, %zu nodes\n", choice_.model.c_str(),
-                    request.name.c_str(), report.file.filename().c_str(), report.states, report.nodes.size());
+        const CPOHVCase& step = *request.step;
+        std::printf(
+            "%s: analysis \"%s\" -> %s\n  from case \"%s\", step \"%s\": %zu stress states, %zu nodes\n",
+            choice_.model.c_str(), request.name.c_str(), report.file.filename().c_str(),
+            framework::toUtf8(step.GetCase()->GetName()).c_str(), framework::toUtf8(step.GetName()).c_str(),
+            report.states, report.nodes.size());
         if (top_ == 0) return;
         const std::string unit = " [" + unitLabel(UnitKind::Stress, host.currentUnits()) + "]";
         const auto titled = [&](unsigned id) { return componentName(id, host.language()); };

@@ -34,7 +34,7 @@ TEST_F(SafetyTest, StoresTheRateWithWhatItWasMadeOf) {
     make("cohesion = 150\nfriction_angle = 0\n");
     // Pull of 200: radius 100, strength 150.
     const json report = safety("--case Pull --name Local");
-    EXPECT_EQ(report["node_count"], 8);
+    EXPECT_EQ(report["node count"], 8);
     EXPECT_EQ(report["states"], 8);
     EXPECT_NEAR(report["nodes"][0]["rate"], 1.5, 1e-9);
     const struct {
@@ -66,6 +66,21 @@ TEST_F(SafetyTest, GoesByModeAndCutOffAndMakesASetAnew) {
     EXPECT_EQ(info.output.find("77101"), info.output.rfind("77101")) << "of the set of case Pull alone";
 }
 
+TEST_F(SafetyTest, PicturesHaveNoValueWhereTheRateIsUndefined) {
+    std::string results = folder_.read("cube.frd");
+    const std::string pulled = " -1         3 2.00000E+02";
+    results.replace(results.find(pulled), pulled.size(), " -1         3 0.00000E+00");
+    folder_.write("cube.frd", results);
+    make("cohesion = 150\nfriction_angle = 0\n");
+    EXPECT_EQ(safety("--case Pull --name Local")["nodes"][7]["rate"], -1) << "the safest";
+    const ProgramEnd end =
+        runShell(folder_, "vexa picture cube.wkm --analysis Local --component 77101 -o local.svg --json");
+    ASSERT_EQ(end.exitCode, 0) << end.errors;
+    const json picture = json::parse(end.output);
+    EXPECT_NEAR(picture["minimum"]["value"], 1.5, 1e-6);
+    EXPECT_NE(picture["marks"][0]["node"], 3);
+}
+
 TEST_F(SafetyTest, SaysWhatIsMissing) {
     make("");
     const struct {
@@ -75,7 +90,7 @@ TEST_F(SafetyTest, SaysWhatIsMissing) {
     } rows[] = {
         {"--case Pull", 1, "cohesion and friction_angle"}, {"--case Pul", 1, "\"Pull\""},
         {"--case Pull --name a/b", 1, "file name"},        {"--case Pull --name Static", 1, "already used"},
-        {"--case Pull --mode both", 2, "--mode"},          {"--case Pull --top -1", 2, "--top"},
+        {"--case Pull --mode both", 2, "--mode"},          {"--case Pull --top -1", 2, "1000000\n"},
     };
     for (const auto& row : rows) {
         const ProgramEnd end =
