@@ -7,7 +7,6 @@
 #include "host/chart/ChartSvg.h"
 
 #include <algorithm>
-#include <cmath>
 #include <typeinfo>
 
 namespace tqx::frx {
@@ -89,12 +88,6 @@ ChartState* MChartCtrl::State() const {
     return findChartToChange(m_hWnd);
 }
 
-ChartSeries* MChartCtrl::Series(int series) const {
-    ChartState* state = State();
-    if (!state || series < 0 || static_cast<std::size_t>(series) >= state->series.size()) return nullptr;
-    return &state->series[static_cast<std::size_t>(series)];
-}
-
 ChartSeries* MChartCtrl::SeriesToFill(int series) {
     ChartState* state = State();
     if (!state || series < 0 || static_cast<std::size_t>(series) > state->series.size()) return nullptr;
@@ -111,6 +104,27 @@ int MChartCtrl::ChangeAxes(int axis, Change change) {
     return SetDirty();
 }
 
+template <class Value, class Given>
+int MChartCtrl::Set(Value ChartState::*member, const Given& value) {
+    ChartState* state = State();
+    if (!state) return 0;
+    state->*member = value;
+    return SetDirty();
+}
+
+template <class Value, class Given>
+int MChartCtrl::SetOfAxes(int axis, Value ChartAxisState::*member, const Given& value) {
+    return ChangeAxes(axis, [&](ChartAxisState& changed) { changed.*member = value; });
+}
+
+template <class Value, class Given>
+int MChartCtrl::SetOfSeries(int series, Value ChartSeries::*member, const Given& value) {
+    ChartState* state = State();
+    if (!state || series < 0 || static_cast<std::size_t>(series) >= state->series.size()) return 0;
+    state->series[static_cast<std::size_t>(series)].*member = value;
+    return SetDirty();
+}
+
 int MChartCtrl::SetChart(int form, int arrangement, int frame, int fromZero) {
     ChartState* state = State();
     if (!state || (form != ChartForm::Lines && form != ChartForm::Bars) ||
@@ -124,23 +138,20 @@ int MChartCtrl::SetChart(int form, int arrangement, int frame, int fromZero) {
 }
 
 int MChartCtrl::SetTitle(const std::wstring& title) {
-    ChartState* state = State();
-    if (!state) return 0;
-    state->title = title;
-    return SetDirty();
+    return Set(&ChartState::title, title);
 }
 
 int MChartCtrl::SetAxisTitle(int axis, const std::wstring& title) {
-    return ChangeAxes(axis, [&](ChartAxisState& changed) { changed.title = title; });
+    return SetOfAxes(axis, &ChartAxisState::title, title);
 }
 
 int MChartCtrl::SetAxisTitleSize(int axis, double points) {
     if (!(points >= 1.0 && points <= kLargestTitle)) return 0;
-    return ChangeAxes(axis, [&](ChartAxisState& changed) { changed.titleSize = points; });
+    return SetOfAxes(axis, &ChartAxisState::titleSize, points);
 }
 
 int MChartCtrl::SetAxisDataFormat(int axis, const std::wstring& format) {
-    return ChangeAxes(axis, [&](ChartAxisState& changed) { changed.format = format; });
+    return SetOfAxes(axis, &ChartAxisState::format, format);
 }
 
 int MChartCtrl::SetAxisRange(int axis, double lower, double upper) {
@@ -169,12 +180,11 @@ int MChartCtrl::GetAxisRange(int axis, double& lower, double& upper) const {
 
 int MChartCtrl::SetAxisDivision(int axis, int divisions) {
     if (divisions < 0) return 0;
-    return ChangeAxes(
-        axis, [&](ChartAxisState& changed) { changed.divisions = std::min(divisions, kMostDivisions); });
+    return SetOfAxes(axis, &ChartAxisState::divisions, std::min(divisions, kMostDivisions));
 }
 
 int MChartCtrl::SetAxisLog(int axis, int on) {
-    return ChangeAxes(axis, [&](ChartAxisState& changed) { changed.log = on != 0; });
+    return SetOfAxes(axis, &ChartAxisState::log, on != 0);
 }
 
 int MChartCtrl::AddData(int series, double x, double y) {
@@ -221,65 +231,43 @@ int MChartCtrl::GetSeriesCount() const {
 }
 
 int MChartCtrl::SetSeriesName(int series, const std::wstring& name) {
-    ChartSeries* changed = Series(series);
-    if (!changed) return 0;
-    changed->name = name;
-    return SetDirty();
+    return SetOfSeries(series, &ChartSeries::name, name);
 }
 
 int MChartCtrl::SetSeriesMarker(int series, unsigned marker) {
-    ChartSeries* changed = Series(series);
-    if (!changed || !isMarker(marker)) return 0;
-    changed->marker = marker;
-    return SetDirty();
+    return isMarker(marker) ? SetOfSeries(series, &ChartSeries::marker, marker) : 0;
 }
 
 int MChartCtrl::SetSeriesLineDash(int series, unsigned dash) {
-    ChartSeries* changed = Series(series);
-    if (!changed || !isDash(dash)) return 0;
-    changed->dash = dash;
-    return SetDirty();
+    return isDash(dash) ? SetOfSeries(series, &ChartSeries::dash, dash) : 0;
 }
 
 int MChartCtrl::SetSeriesLineWidth(int series, double width) {
-    ChartSeries* changed = Series(series);
-    if (!changed || !(width > 0.0 && width <= kWidestLine)) return 0;
-    changed->width = width;
-    return SetDirty();
+    return width > 0.0 && width <= kWidestLine ? SetOfSeries(series, &ChartSeries::width, width) : 0;
 }
 
 int MChartCtrl::SetSeriesColor(int series, std::uint32_t color) {
     constexpr std::uint32_t kColorBits = 0xFFFFFF;
-    ChartSeries* changed = Series(series);
-    if (!changed || color > kColorBits) return 0;
-    changed->color = color;
-    return SetDirty();
+    return color <= kColorBits ? SetOfSeries(series, &ChartSeries::color, color) : 0;
 }
 
 int MChartCtrl::EnableMarker(int enable) {
-    return Switch(&ChartState::markers, enable);
+    return Set(&ChartState::markers, enable != 0);
 }
 int MChartCtrl::ShowLegend(int show) {
-    return Switch(&ChartState::legend, show);
+    return Set(&ChartState::legend, show != 0);
 }
 int MChartCtrl::ShowGridLine(int show) {
-    return Switch(&ChartState::grid, show);
+    return Set(&ChartState::grid, show != 0);
 }
 int MChartCtrl::ShowMinorGridLine(int show) {
-    return Switch(&ChartState::minorGrid, show);
+    return Set(&ChartState::minorGrid, show != 0);
 }
 int MChartCtrl::ShowSummary(int show) {
-    return Switch(&ChartState::summary, show);
+    return Set(&ChartState::summary, show != 0);
 }
 int MChartCtrl::ShowToolTip(int show) {
-    return Switch(&ChartState::toolTip, show);
-}
-
-int MChartCtrl::Switch(bool ChartState::*member, int on) {
-    ChartState* state = State();
-    if (!state) return 0;
-    state->*member = on != 0;
-    return SetDirty();
+    return Set(&ChartState::toolTip, show != 0);
 }
 
 int MChartCtrl::ShowContextMenu(int entries, int show) {

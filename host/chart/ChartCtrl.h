@@ -19,7 +19,7 @@ class VEXA_API MChartCtrl : public CWnd {
     using CWnd::Create;
     int Create(const CRect& rect, CWnd* parent, UINT id);
 
-    /// ChartForm; ChartBars; whether a frame is around the plot; whether bars stand on zero.
+    /// ChartForm; ChartBars; whether a frame is around the plot; whether bars side by side stand on zero.
     int SetChart(int form, int arrangement = ChartBars::SideBySide, int frame = 1, int fromZero = 1);
     int SetTitle(const std::wstring& title);
 
@@ -29,7 +29,8 @@ class VEXA_API MChartCtrl : public CWnd {
     int SetAxisRange(int axis, double lower, double upper);         ///< ends the user's zoom of the axis
     int ResetAxisRange(int axis);                                   ///< that of the data again
     int GetAxisRange(int axis, double& lower, double& upper) const; ///< as it is shown
-    int SetAxisDivision(int axis, int divisions);                   ///< 0: as many as look well; at most 100
+    /// 0: as many as look well; at most 100. On a logarithmic axis not more steps of powers of ten than that.
+    int SetAxisDivision(int axis, int divisions);
     int SetAxisLog(int axis, int on);
 
     /// The point goes to the end of its series; `series` may be one behind the last one, which is made.
@@ -39,10 +40,10 @@ class VEXA_API MChartCtrl : public CWnd {
     int RemoveDataAll(); ///< all series with their looks, and the user's zoom
     int GetSeriesCount() const;
     int SetSeriesName(int series, const std::wstring& name);
-    int SetSeriesMarker(int series,
-                        unsigned marker); ///< ChartMarker; others than Line also without EnableMarker
-    int SetSeriesLineDash(int series, unsigned dash);    ///< ChartDash
-    int SetSeriesLineWidth(int series, double width);    ///< pixels, up to 1000
+    /// ChartMarker; others than Line also without EnableMarker. Bars have none.
+    int SetSeriesMarker(int series, unsigned marker);
+    int SetSeriesLineDash(int series, unsigned dash);    ///< ChartDash; of bars that of their outline
+    int SetSeriesLineWidth(int series, double width);    ///< pixels, up to 1000; outlines of bars have half
     int SetSeriesColor(int series, std::uint32_t color); ///< 0x00BBGGRR
 
     int EnableMarker(int enable); ///< on all series that have no marker of their own
@@ -68,11 +69,15 @@ class VEXA_API MChartCtrl : public CWnd {
 
   private:
     ChartState* State() const;
-    ChartSeries* Series(int series) const;
     ChartSeries* SeriesToFill(int series);
     template <class Change>
     int ChangeAxes(int axis, Change change);
-    int Switch(bool ChartState::*member, int on);
+    template <class Value, class Given>
+    int Set(Value ChartState::*member, const Given& value);
+    template <class Value, class Given>
+    int SetOfAxes(int axis, Value ChartAxisState::*member, const Given& value);
+    template <class Value, class Given>
+    int SetOfSeries(int series, Value ChartSeries::*member, const Given& value);
 };
 
 /// The chart of a window; null when it is none.

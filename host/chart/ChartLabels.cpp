@@ -28,6 +28,18 @@ std::wstring axisText(const ChartState& state, int axis, double value) {
     return text;
 }
 
+ChartOverhang overhangOf(const ChartTicks& ticks, const ChartView& view, double width, double textPixels) {
+    ChartOverhang overhang{0.0, 0.0};
+    for (std::size_t i = 0; i < ticks.labels.size(); ++i) {
+        const double middle = pixelOf(view, ticks.major[i], view.y.lower).x;
+        const double half = 0.5 * chartTextWidth(ticks.labels[i], textPixels);
+        overhang.left = std::max(overhang.left, half - middle);
+        overhang.right = std::max(overhang.right, middle + half - width);
+    }
+    // A small plot keeps its room.
+    return overhang.left + overhang.right > view.width / 2.0 ? ChartOverhang{0.0, 0.0} : overhang;
+}
+
 double chartTextWidth(const std::wstring& text, double textPixels) {
     return framework::textWidth(text) * textPixels / kTableTextPixels;
 }
@@ -79,6 +91,16 @@ std::wstring summaryLine(const ChartState& state, std::size_t series, const Char
     };
     return framework::formatWide(texts.summary, nameOf(state, series), points, text(extremes.lower),
                                  text(extremes.upper));
+}
+
+std::size_t listedSeries(const ChartState& state, double lines) {
+    const auto room = static_cast<std::size_t>(std::clamp(lines, 1.0, 1.0 + kMostListedSeries));
+    const std::size_t count = state.series.size();
+    return count <= std::min(room, kMostListedSeries) ? count : std::min(room - 1, kMostListedSeries);
+}
+
+std::wstring moreSeries(const ChartState& state, std::size_t listed, const ChartTexts& texts) {
+    return framework::formatWide(texts.more, state.series.size() - listed);
 }
 
 } // namespace tqx::frx

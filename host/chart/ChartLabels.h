@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/chart/ChartRange.h"
+#include "host/chart/ChartView.h"
 
 #include <string>
 
@@ -11,6 +11,15 @@ VEXA_API std::wstring axisText(const ChartState& state, int axis, double value);
 
 /// Empties labels that would touch their neighbours on an axis of so many pixels.
 void thinLabels(ChartTicks& ticks, bool across, double pixels, double lineHeight);
+
+/// How far the labels of the x axis reach beyond a picture of so many pixels, beside its left and right end;
+/// 0 where making room would take more than half of the plot.
+struct ChartOverhang {
+    double left;
+    double right;
+};
+VEXA_API ChartOverhang overhangOf(const ChartTicks& ticks, const ChartView& view, double width,
+                                  double textPixels);
 
 /// A text cut to so many pixels, with "..." at its end where it was.
 VEXA_API std::wstring shortenedText(const std::wstring& text, double pixels, double textPixels);
@@ -28,5 +37,9 @@ VEXA_API std::wstring summaryLine(const ChartState& state, std::size_t series, c
 
 /// The most series that a legend or a summary lists.
 inline constexpr std::size_t kMostListedSeries = 20;
+/// How many series a list of so many lines names; where that is not all, its last line says how many more
+/// there are.
+VEXA_API std::size_t listedSeries(const ChartState& state, double lines);
+VEXA_API std::wstring moreSeries(const ChartState& state, std::size_t listed, const ChartTexts& texts);
 
 } // namespace tqx::frx

@@ -24,35 +24,37 @@ void include(ChartRange& range, double value) {
     range.upper = std::max(range.upper, value);
 }
 
-/// Sums of bars that stand on each other, negative ones below zero.
-ChartRange stackedRange(const ChartState& state) {
-    std::unordered_map<double, ChartRange> sums;
+/// Calls visit(x, y) for each point that can be drawn.
+template <class Visit>
+void forEachDrawable(const ChartState& state, const Visit& visit) {
+    const bool logX = isLog(state, ChartAxis::X), logY = isLog(state, ChartAxis::Y);
     for (const ChartSeries& series : state.series)
-        for (std::size_t i = 0; i < series.y.size(); ++i) {
-            if (!isDrawable(series.y[i], false) || !isDrawable(series.x[i], false)) continue;
-            ChartRange& sum = sums.try_emplace(series.x[i], ChartRange{0.0, 0.0}).first->second;
-            (series.y[i] < 0.0 ? sum.lower : sum.upper) += series.y[i];
-        }
+        for (std::size_t i = 0; i < series.y.size(); ++i)
+            if (isDrawable(series.x[i], logX) && isDrawable(series.y[i], logY))
+                visit(series.x[i], series.y[i]);
+}
+
+/// The ends of bars that stand on each other, negative ones below zero.
+ChartRange stackedRange(const ChartState& state) {
+    std::unordered_map<double, double> above, below;
     ChartRange range = kNothing;
-    for (const auto& [place, sum] : sums) {
-        include(range, std::clamp(sum.lower, -kLargestChartValue, kLargestChartValue));
-        include(range, std::clamp(sum.upper, -kLargestChartValue, kLargestChartValue));
-    }
+    forEachDrawable(state, [&](double x, double y) {
+        const double end = (y < 0.0 ? below : above)[x] += y;
+        include(range, std::clamp(end, -kLargestChartValue, kLargestChartValue));
+    });
     return range;
 }
 
 ChartRange dataRange(const ChartState& state, int axis) {
-    const bool log = isLog(state, axis);
     const bool bars = state.form == ChartForm::Bars && axis == ChartAxis::Y;
+    const bool stacked = bars && state.arrangement == ChartBars::Stacked;
     ChartRange range = kNothing;
-    if (bars && state.arrangement == ChartBars::Stacked && !log) {
+    if (stacked)
         range = stackedRange(state);
-    } else {
-        for (const ChartSeries& series : state.series)
-            for (const double value : axis == ChartAxis::X ? series.x : series.y)
-                if (isDrawable(value, log)) include(range, value);
-    }
-    if (bars && state.fromZero && !log && range.lower <= range.upper) include(range, 0.0);
+    else
+        forEachDrawable(state, [&](double x, double y) { include(range, axis == ChartAxis::X ? x : y); });
+    const bool hasZero = bars && (stacked || state.fromZero) && !isLog(state, axis);
+    if (hasZero && range.lower <= range.upper) include(range, 0.0);
     return range;
 }
 
@@ -136,6 +138,7 @@ void linearTicks(ChartTicks& ticks, const ChartRange& range, int divisions, doub
         if (std::abs(std::remainder(value, step)) > 1e-3 * step) ticks.minor.push_back(value);
 }
 
+/// Whole powers of ten, at most so many steps of them; in less than a decade round values.
 void logTicks(ChartTicks& ticks, const ChartRange& range, double wanted) {
     const double decades = std::log10(range.upper) - std::log10(range.lower);
     if (decades < 1.0) return linearTicks(ticks, range, 0, wanted);
@@ -208,13 +211,13 @@ ChartTicks chartTicks(const ChartState& state, int axis, const ChartRange& range
     const bool across = axis == ChartAxis::X;
     const double wanted = std::clamp(pixels / (across ? 60.0 : 40.0), 1.0, 12.0);
     ChartTicks ticks;
-    const bool categories = across && hasCategories(state);
-    if (categories)
+    const int divisions = state.axes[static_cast<std::size_t>(axis)].divisions;
+    if (across && hasCategories(state))
         categoryTicks(ticks, range, pixels);
     else if (isLog(state, axis))
-        logTicks(ticks, range, wanted);
+        logTicks(ticks, range, divisions > 0 ? divisions : wanted);
     else
-        linearTicks(ticks, range, state.axes[static_cast<std::size_t>(axis)].divisions, wanted);
+        linearTicks(ticks, range, divisions, wanted);
     for (const double value : ticks.major)
         ticks.labels.push_back(axisText(state, axis, value));
     thinLabels(ticks, across, pixels, lineHeight);

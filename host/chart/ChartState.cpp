@@ -37,6 +37,10 @@ std::vector<double> dashPattern(unsigned dash) {
     }
 }
 
+double outlineWidth(const ChartSeries& series) {
+    return 0.5 * series.width;
+}
+
 std::wstring nameOf(const ChartState& state, std::size_t series) {
     const std::wstring& name = state.series[series].name;
     return name.empty() ? std::to_wstring(series + 1) : name;

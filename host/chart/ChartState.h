@@ -92,7 +92,7 @@ struct VEXA_API ChartState final : framework::ControlState {
     int form = ChartForm::Lines;
     int arrangement = ChartBars::SideBySide;
     bool frame = true;    ///< a line around the plot, else its two axes
-    bool fromZero = true; ///< bars stand on zero, else on the lower end of the range
+    bool fromZero = true; ///< bars side by side stand on zero, else on the lower end of the range
     std::wstring title;
     std::array<ChartAxisState, 2> axes; ///< by ChartAxis
     std::vector<ChartSeries> series;
@@ -118,6 +118,8 @@ VEXA_API unsigned markerOf(const ChartState& state, std::size_t series);
 VEXA_API std::uint32_t colorOf(const ChartState& state, std::size_t series);
 /// Pixels of line and gap, alternating, for a line of one pixel; empty: no gaps.
 VEXA_API std::vector<double> dashPattern(unsigned dash);
+/// Pixels of the line around a bar: half of what the series' line has.
+VEXA_API double outlineWidth(const ChartSeries& series);
 /// Its name, or its number from 1 where it has none.
 VEXA_API std::wstring nameOf(const ChartState& state, std::size_t series);
 

@@ -1,12 +1,13 @@
 #include "host/chart/ChartSvg.h"
 
 #include "framework/text/Format.h"
+#include "host/chart/ChartBars.h"
+#include "host/chart/ChartHits.h"
 #include "host/chart/ChartPoints.h"
 #include "host/chart/SvgText.h"
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 #include <optional>
 
 namespace tqx::frx {
@@ -74,13 +75,16 @@ std::string marker(unsigned kind, ChartPixel at, const std::string& color) {
     }
 }
 
-std::string stroke(const ChartSeries& series, const std::string& color) {
-    std::string written = " fill=\"none\" stroke=\"" + color + "\"" + attribute("stroke-width", series.width);
-    std::string dashes;
+std::string dashes(const ChartSeries& series, double width) {
+    std::string lengths;
     for (const double length : dashPattern(series.dash))
-        dashes += (dashes.empty() ? "" : ",") + svgNumber(length * std::max(1.0, series.width));
-    if (!dashes.empty()) written += " stroke-dasharray=\"" + dashes + "\"";
-    return written + " stroke-linejoin=\"round\"";
+        lengths += (lengths.empty() ? "" : ",") + svgNumber(length * std::max(1.0, width));
+    return lengths.empty() ? lengths : " stroke-dasharray=\"" + lengths + "\"";
+}
+
+std::string stroke(const ChartSeries& series, const std::string& color) {
+    return " fill=\"none\" stroke=\"" + color + "\"" + attribute("stroke-width", series.width) +
+           dashes(series, series.width) + " stroke-linejoin=\"round\"";
 }
 
 /// The part of a line that lies in the box around the picture; false when none does.
@@ -156,6 +160,12 @@ class Writer {
 
     std::size_t listed() const { return std::min(state_.series.size(), kMostListedSeries); }
     std::size_t listedLines() const { return listed() + (state_.series.size() > listed() ? 1 : 0); }
+    bool hasTips() const {
+        std::size_t points = 0;
+        for (const ChartSeries& series : state_.series)
+            points += series.y.size();
+        return state_.toolTip && points <= kMostTips;
+    }
 
     /// Room for texts first; what is left is the plot.
     void layOut() {
@@ -174,6 +184,10 @@ class Writer {
             widest = std::max(widest, chartTextWidth(label, kText));
         view_.left += widest + kTick + 3.0;
         view_.width = std::max(0.0, most + kGap - view_.left);
+        ticksX_ = chartTicks(state_, ChartAxis::X, view_.x, view_.width, kLine);
+        const ChartOverhang overhang = overhangOf(ticksX_, view_, width_, kText);
+        view_.left += overhang.left;
+        view_.width = std::max(0.0, view_.width - overhang.left - overhang.right);
         ticksX_ = chartTicks(state_, ChartAxis::X, view_.x, view_.width, kLine);
     }
 
@@ -204,19 +218,15 @@ class Writer {
         out_ += "<clipPath id=\"plot\"><rect" + attribute("x", view_.left) + attribute("y", view_.top) +
                 attribute("width", view_.width) + attribute("height", view_.height) + "/></clipPath>\n";
         out_ += "<g clip-path=\"url(#plot)\">\n";
-        for (std::size_t s = 0; s < state_.series.size(); ++s) {
-            out_ += "<g>\n";
-            if (state_.form == ChartForm::Bars)
-                writeBars(s);
-            else
-                writeLine(s);
-            out_ += "</g>\n";
-        }
+        const bool bars = state_.form == ChartForm::Bars;
+        if (bars) writeBars();
+        for (std::size_t s = 0; s < state_.series.size() && !bars; ++s)
+            writeLine(s);
         out_ += "</g>\n";
         // Beyond the plot a marker is not cut in two.
-        for (std::size_t s = 0; s < state_.series.size() && state_.form != ChartForm::Bars; ++s)
+        for (std::size_t s = 0; s < state_.series.size() && !bars; ++s)
             writeMarkers(s);
-        writeTips();
+        if (!bars && hasTips()) writeTips();
     }
 
     void writeLine(std::size_t s) {
@@ -256,44 +266,33 @@ class Writer {
     }
 
     void writeTips() {
-        std::size_t points = 0;
-        for (const ChartSeries& series : state_.series)
-            points += series.y.size();
-        if (!state_.toolTip || points > kMostTips) return;
         for (std::size_t s = 0; s < state_.series.size(); ++s)
             for (const std::size_t point : markerPoints(state_.series[s], view_, kMarker)) {
                 const ChartPixel at = pixelOf(view_, state_.series[s].x[point], state_.series[s].y[point]);
                 out_ += "<circle" + attribute("cx", at.x) + attribute("cy", at.y) + attribute("r", kMarker) +
-                        " fill-opacity=\"0\"><title>" + svgEscaped(hitText(state_, {s, point})) +
+                        " fill-opacity=\"0\"><title>" + svgEscaped(hitText(state_, s, point)) +
                         "</title></circle>\n";
             }
     }
 
-    void writeBars(std::size_t s) {
-        const ChartSeries& series = state_.series[s];
-        const bool stacked = state_.arrangement == ChartBars::Stacked;
-        const double place = barPlaceWidth(state_);
-        const double count = stacked ? 1.0 : static_cast<double>(state_.series.size());
-        const double offset = stacked ? -0.5 : static_cast<double>(s) / count - 0.5;
-        const bool hasZero = state_.fromZero && !view_.logY;
-        const std::string look = " fill=\"" + svgColor(colorOf(state_, s)) + "\" stroke=\"#404040\"" +
-                                 attribute("stroke-width", std::min(series.width, 1.0) * 0.5) + "/>\n";
-        for (const std::size_t point : barPoints(series, view_)) {
-            double base = hasZero ? 0.0 : view_.y.lower;
-            if (stacked && hasZero) {
-                double& sum = (series.y[point] < 0.0 ? below_ : above_)[series.x[point]];
-                base = sum;
-                sum += series.y[point];
-            }
-            const double top = stacked && hasZero ? base + series.y[point] : series.y[point];
-            const double x = series.x[point] + offset * place;
-            const ChartPixel a = pixelOf(view_, x, base), b = pixelOf(view_, x + place / count, top);
-            const double left = std::clamp(a.x, -1e4, 1e5), right = std::clamp(b.x, -1e4, 1e5);
-            const double high = std::clamp(std::min(a.y, b.y), -1e4, 1e5);
-            const double low = std::clamp(std::max(a.y, b.y), -1e4, 1e5);
-            out_ += "<rect" + attribute("x", left) + attribute("y", high) +
-                    attribute("width", std::max(1.0, right - left)) + attribute("height", low - high) + look;
+    void writeBars() {
+        const bool tips = hasTips();
+        for (const ChartBar& bar : chartBars(state_, view_)) {
+            const ChartBox box = boxOf(view_, bar);
+            out_ += "<rect" + attribute("x", box.left) + attribute("y", box.top) +
+                    attribute("width", box.right - box.left) + attribute("height", box.bottom - box.top) +
+                    barLook(bar.series);
+            if (tips)
+                out_ += "><title>" + svgEscaped(hitText(state_, bar.series, bar.point)) + "</title></rect>\n";
+            else
+                out_ += "/>\n";
         }
+    }
+
+    std::string barLook(std::size_t series) const {
+        const ChartSeries& own = state_.series[series];
+        return " fill=\"" + svgColor(colorOf(state_, series)) + "\" stroke=\"#404040\"" +
+               attribute("stroke-width", outlineWidth(own)) + dashes(own, outlineWidth(own));
     }
 
     void writeAxes() {
@@ -337,21 +336,14 @@ class Writer {
             out_ += text(view_.left, y + kText,
                          shortenedText(summaryLine(state_, s, texts_), width_ - view_.left, kText));
         if (state_.summary && state_.series.size() > listed())
-            out_ += text(view_.left, y + kText, more(listed()));
-    }
-
-    std::wstring more(std::size_t shown) const {
-        return framework::formatWide(texts_.more, state_.series.size() - shown);
+            out_ += text(view_.left, y + kText, moreSeries(state_, listed(), texts_));
     }
 
     void writeLegend() {
         const double left = right() + kGap;
         const double words = width_ - kGap - left - kLegendLine;
         double y = view_.top + kText / 2.0;
-        const auto rows = static_cast<std::size_t>(std::max(1.0, view_.height / kLine));
-        const std::size_t shown = state_.series.size() <= std::min(rows, kMostListedSeries)
-                                      ? state_.series.size()
-                                      : std::min(rows - 1, kMostListedSeries);
+        const std::size_t shown = listedSeries(state_, view_.height / kLine);
         for (std::size_t s = 0; s < shown; ++s, y += kLine) {
             const std::string color = svgColor(colorOf(state_, s));
             const ChartPixel middle{left + kLegendLine / 2.0 - 3.0, y};
@@ -366,7 +358,8 @@ class Writer {
             out_ +=
                 text(left + kLegendLine, y + 0.35 * kText, shortenedText(nameOf(state_, s), words, kText));
         }
-        if (state_.series.size() > shown) out_ += text(left, y + 0.35 * kText, more(shown));
+        if (state_.series.size() > shown)
+            out_ += text(left, y + 0.35 * kText, moreSeries(state_, shown, texts_));
     }
 
     const ChartState& state_;
@@ -376,8 +369,6 @@ class Writer {
     ChartView view_;
     ChartTicks ticksX_;
     ChartTicks ticksY_;
-    std::map<double, double> above_; ///< of stacked bars, by place
-    std::map<double, double> below_;
     std::string out_;
 };
 

@@ -1,6 +1,9 @@
 #include "workbench/desktop/ChartWidget.h"
 
 #include "host/chart/ChartCtrl.h"
+#include "host/chart/ChartHits.h"
+#include "host/chart/ChartLabels.h"
+#include "workbench/desktop/ChartPlottables.h"
 #include "workbench/desktop/ControlView.h"
 
 #include <algorithm>
@@ -11,9 +14,10 @@ namespace {
 
 using namespace tqx::frx;
 
-constexpr int kText = 11;
+constexpr int kText = kChartText;
 constexpr int kTitle = 15;
-constexpr double kMarker = 7.0;
+constexpr double kLine = 16.0; ///< height of a line of labels
+constexpr int kLeastMargin = 15;
 constexpr double kLeastStretch = 0.001;
 constexpr double kReach = 12.0; ///< of the tool tip, pixels
 constexpr const char* kOverlay = "overlay";
@@ -27,69 +31,6 @@ QFont fontOf(double pixels) {
     font.setPixelSize(std::max(1, static_cast<int>(std::lround(pixels))));
     return font;
 }
-
-QColor colorOfSeries(const ChartState& state, std::size_t series) {
-    const std::uint32_t color = colorOf(state, series);
-    return QColor(color & 0xFF, color >> 8 & 0xFF, color >> 16 & 0xFF);
-}
-
-QPen penOf(const ChartState& state, std::size_t series) {
-    const ChartSeries& own = state.series[series];
-    QPen pen(colorOfSeries(state, series), own.width);
-    pen.setJoinStyle(Qt::RoundJoin);
-    QList<qreal> pattern;
-    for (const double length : dashPattern(own.dash)) // the toolkit's are in widths of the line
-        pattern << length * std::max(1.0, own.width) / own.width;
-    if (pattern.isEmpty()) return pen;
-    pen.setCapStyle(Qt::FlatCap);
-    pen.setDashPattern(pattern);
-    return pen;
-}
-
-QCPScatterStyle markerStyle(const ChartState& state, std::size_t series) {
-    using Style = QCPScatterStyle;
-    static const std::map<unsigned, Style::ScatterShape> shapes = {
-        {ChartMarker::Dot, Style::ssCircle},        {ChartMarker::Square, Style::ssSquare},
-        {ChartMarker::Triangle, Style::ssTriangle}, {ChartMarker::InvertTriangle, Style::ssTriangleInverted},
-        {ChartMarker::Diamond, Style::ssDiamond},
-    };
-    const auto shape = shapes.find(markerOf(state, series));
-    if (shape == shapes.end()) return {};
-    const QColor color = colorOfSeries(state, series);
-    return {shape->second, QPen(color, 0.0), color, kMarker};
-}
-
-/// A line whose entry in the legend also has the marker, which stands in a curve of its own.
-class LineCurve final : public QCPCurve {
-  public:
-    LineCurve(QCPAxis* x, QCPAxis* y, QCPScatterStyle marker)
-        : QCPCurve(x, y)
-        , marker_(std::move(marker)) {}
-
-  protected:
-    void drawLegendIcon(QCPPainter* painter, const QRectF& rect) const override {
-        QCPCurve::drawLegendIcon(painter, rect);
-        if (marker_.isNone()) return;
-        applyScattersAntialiasingHint(painter);
-        marker_.applyTo(painter, pen());
-        marker_.drawShape(painter, rect.center());
-    }
-
-  private:
-    QCPScatterStyle marker_;
-};
-
-/// Markers, whole also where their point stands on the edge of the plot.
-class MarkerCurve final : public QCPCurve {
-  public:
-    using QCPCurve::QCPCurve;
-
-  protected:
-    QRect clipRect() const override {
-        constexpr int kHalf = 5;
-        return QCPCurve::clipRect().adjusted(-kHalf, -kHalf, kHalf, kHalf);
-    }
-};
 
 /// The ticks that the chart's state asks for.
 class StateTicker final : public QCPAxisTicker {
@@ -108,7 +49,7 @@ class StateTicker final : public QCPAxisTicker {
         const QRect plot = chart_.axisRect()->rect();
         const ChartTicks made =
             chartTicks(*state, axis_, {range.lower, range.upper},
-                       std::max(1, axis_ == ChartAxis::X ? plot.width() : plot.height()), 16.0);
+                       std::max(1, axis_ == ChartAxis::X ? plot.width() : plot.height()), kLine);
         ticks = {made.major.begin(), made.major.end()};
         if (subTicks) *subTicks = {made.minor.begin(), made.minor.end()};
         if (!tickLabels) return;
@@ -206,10 +147,26 @@ void ChartWidget::showState() {
     if (const ChartState* state = source_()) {
         showTexts(*state);
         showAxes(*state);
-        replot(rpImmediateRefresh); // places the plot, on whose pixels the points depend
+        placePlot(*state);
         showSeries();
     }
     replot(rpRefreshHint);
+}
+
+/// Places the plot, on whose pixels the points depend, with room for the labels at the ends of the x axis.
+void ChartWidget::placePlot(const ChartState& state) {
+    QMargins margins(kLeastMargin, kLeastMargin, kLeastMargin, kLeastMargin);
+    axisRect()->setMinimumMargins(margins);
+    replot(rpImmediateRefresh);
+    const ChartView seen = view();
+    const ChartOverhang overhang = overhangOf(
+        chartTicks(state, ChartAxis::X, seen.x, std::max(1.0, seen.width), kLine), seen, width(), kText);
+    if (overhang.left <= 0.0 && overhang.right <= 0.0) return;
+    const auto pixels = [](double length) { return static_cast<int>(std::ceil(length)); };
+    if (overhang.left > 0.0) margins.setLeft(axisRect()->margins().left() + pixels(overhang.left));
+    margins.setRight(axisRect()->margins().right() + pixels(overhang.right));
+    axisRect()->setMinimumMargins(margins);
+    replot(rpImmediateRefresh);
 }
 
 void ChartWidget::showTexts(const ChartState& state) {
@@ -217,9 +174,10 @@ void ChartWidget::showTexts(const ChartState& state) {
     QStringList lines;
     if (state.summary) {
         const ChartTexts texts = hostChartTexts();
-        const std::size_t listed = std::min(state.series.size(), kMostListedSeries);
+        const std::size_t listed = listedSeries(state, kMostListedSeries + 1.0);
         for (std::size_t s = 0; s < listed; ++s)
             lines << qText(shortenedText(summaryLine(state, s, texts), width() - 60.0, kText));
+        if (listed < state.series.size()) lines << qText(moreSeries(state, listed, texts));
     }
     summary_->setText(lines.join('\n'));
     for (QCPTextElement* element : {title_, summary_}) {
@@ -257,62 +215,11 @@ void ChartWidget::showSeries() {
     const ChartState* state = source_();
     clearPlottables();
     if (!state) return;
-    QCPBars* below = nullptr;
-    for (std::size_t s = 0; s < state->series.size(); ++s)
-        if (state->form == ChartForm::Bars)
-            addBars(*state, s, below);
-        else
-            addLine(*state, s);
+    if (state->form == ChartForm::Bars)
+        addBars(*this, *state, view());
+    else
+        addLines(*this, *state, view());
     showLegend(*state);
-}
-
-void ChartWidget::addLine(const ChartState& state, std::size_t series) {
-    const ChartSeries& own = state.series[series];
-    const ChartView seen = view();
-    const QCPScatterStyle marker = markerStyle(state, series);
-    auto* line = new LineCurve(xAxis, yAxis, marker);
-    line->setName(qText(shortenedText(nameOf(state, series), width() / 4.0, kText)));
-    line->setPen(penOf(state, series));
-    QVector<double> x, y;
-    for (const std::size_t point : linePoints(own, seen)) {
-        x.append(point == kChartBreak ? qQNaN() : own.x[point]);
-        y.append(point == kChartBreak ? qQNaN() : own.y[point]);
-    }
-    line->setData(x, y);
-    if (marker.isNone()) return;
-    auto* markers = new MarkerCurve(xAxis, yAxis);
-    markers->setLineStyle(QCPCurve::lsNone);
-    markers->setScatterStyle(marker);
-    x.clear();
-    y.clear();
-    for (const std::size_t point : markerPoints(own, seen, kMarker / 2.0)) {
-        x.append(own.x[point]);
-        y.append(own.y[point]);
-    }
-    markers->setData(x, y);
-}
-
-void ChartWidget::addBars(const ChartState& state, std::size_t series, QCPBars*& below) {
-    const ChartSeries& own = state.series[series];
-    const bool stacked = state.arrangement == ChartBars::Stacked;
-    const bool hasZero = state.fromZero && !isLog(state, ChartAxis::Y);
-    const double place = barPlaceWidth(state);
-    const double count = stacked ? 1.0 : static_cast<double>(state.series.size());
-    const double middle = stacked ? 0.0 : (static_cast<double>(series) + 0.5) / count - 0.5;
-    auto* bars = new QCPBars(xAxis, yAxis);
-    bars->setName(qText(shortenedText(nameOf(state, series), width() / 4.0, kText)));
-    bars->setWidth(place / count);
-    bars->setBaseValue(hasZero ? 0.0 : yAxis->range().lower);
-    bars->setBrush(colorOfSeries(state, series));
-    bars->setPen(QPen(kFrame, std::min(own.width, 1.0) * 0.5));
-    QVector<double> x, y;
-    for (const std::size_t point : barPoints(own, view())) {
-        x.append(own.x[point] + middle * place);
-        y.append(own.y[point]);
-    }
-    bars->setData(x, y);
-    if (stacked && hasZero && below) bars->moveAbove(below);
-    below = bars;
 }
 
 void ChartWidget::showLegend(const ChartState& state) {
@@ -329,12 +236,18 @@ void ChartWidget::showLegend(const ChartState& state) {
             axisRect()->insetLayout()->addElement(legend, Qt::AlignTop | Qt::AlignRight);
     }
     if (!shown) return;
+    constexpr double kRow = 20.0; // pixels of a line of the legend
+    const std::size_t most = listedSeries(state, axisRect()->height() / kRow);
     std::size_t listed = 0;
-    for (int i = 0; i < plottableCount() && listed < kMostListedSeries; ++i) {
+    for (int i = 0; i < plottableCount() && listed < most; ++i) {
         if (plottable(i)->name().isEmpty()) continue; // markers
         plottable(i)->addToLegend();
         ++listed;
     }
+    if (listed == state.series.size()) return;
+    auto* more = new QCPTextElement(this, qText(moreSeries(state, listed, hostChartTexts())), fontOf(kText));
+    more->setLayer(legend->layer()); // else the legend's paper covers it
+    legend->addElement(legend->rowCount(), 0, more);
 }
 
 void ChartWidget::resizeEvent(QResizeEvent* event) {
@@ -388,16 +301,13 @@ void ChartWidget::leaveEvent(QEvent*) {
 void ChartWidget::followMouse(const QPointF& at) {
     const ChartState* state = source_();
     const ChartView seen = view();
-    const auto hit = state && state->toolTip && state->form == ChartForm::Lines
-                         ? nearestPoint(*state, seen, at.x(), at.y(), kReach)
-                         : std::nullopt;
+    const auto hit = state && state->toolTip ? hitAt(*state, seen, at.x(), at.y(), kReach) : std::nullopt;
     if (!hit) return hideTip();
-    const ChartSeries& series = state->series[hit->series];
-    const ChartPixel pixel = pixelOf(seen, series.x[hit->point], series.y[hit->point]);
+    const ChartPixel pixel = hit->at;
     constexpr double kMark = 6.0;
     tipMark_->topLeft->setCoords(pixel.x - kMark, pixel.y - kMark);
     tipMark_->bottomRight->setCoords(pixel.x + kMark, pixel.y + kMark);
-    tip_->setText(qText(hitText(*state, *hit)));
+    tip_->setText(qText(hitText(*state, hit->series, hit->point)));
     const bool left = pixel.x > width() / 2.0, above = pixel.y > height() / 2.0;
     tip_->setPositionAlignment((left ? Qt::AlignRight : Qt::AlignLeft) |
                                (above ? Qt::AlignBottom : Qt::AlignTop));

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "host/chart/ChartLabels.h"
-#include "host/chart/ChartPoints.h"
+#include "host/chart/ChartView.h"
 #include "workbench/desktop/ChartPlot.h"
 
 #include <functional>
@@ -37,13 +36,12 @@ class ChartWidget : public QCustomPlot {
 
   private:
     void makeTip();
+    void placePlot(const tqx::frx::ChartState& state);
     void showAxes(const tqx::frx::ChartState& state);
     void showAxis(const tqx::frx::ChartState& state, int which);
     void showTexts(const tqx::frx::ChartState& state);
     void showLegend(const tqx::frx::ChartState& state);
     void showSeries();
-    void addLine(const tqx::frx::ChartState& state, std::size_t series);
-    void addBars(const tqx::frx::ChartState& state, std::size_t series, QCPBars*& below);
     void followMouse(const QPointF& at);
     void hideTip();
 

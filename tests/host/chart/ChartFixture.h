@@ -1,6 +1,8 @@
 #pragma once
 
+#include "host/chart/ChartBars.h"
 #include "host/chart/ChartCtrl.h"
+#include "host/chart/ChartHits.h"
 #include "host/chart/ChartPoints.h"
 #include "host/chart/ChartSvg.h"
 #include "tests/host/chart/ChartSetters.h"

@@ -53,6 +53,12 @@ inline std::vector<ChartSetter> chartSetters() {
         {"SetAxisDivision y", [](Chart& c) { return c.SetAxisDivision(ChartAxis::Y, 9); }},
         {"SetAxisLog x", [](Chart& c) { return c.SetAxisLog(ChartAxis::X, 1); }, positive},
         {"SetAxisLog y", [](Chart& c) { return c.SetAxisLog(ChartAxis::Y, 1); }, positive},
+        {"SetAxisDivision log", [](Chart& c) { return c.SetAxisDivision(ChartAxis::Y, 2); },
+         [=](Chart& c) {
+             positive(c);
+             c.AddData(0, 1, 1e-4);
+             c.SetAxisLog(ChartAxis::Y, 1);
+         }},
         {"AddData point", [](Chart& c) { return c.AddData(0, 6.0, 30.0); }},
         {"AddData new series", [](Chart& c) { return c.AddData(2, 2.0, 3.0) + c.AddData(2, 3.0, 8.0); }},
         {"AddData label", [](Chart& c) { return c.AddData(0, L"Axis x", 0.5); }, bars},
@@ -66,6 +72,12 @@ inline std::vector<ChartSetter> chartSetters() {
         {"SetSeriesMarker", [](Chart& c) { return c.SetSeriesMarker(0, ChartMarker::Diamond); }},
         {"SetSeriesLineDash", [](Chart& c) { return c.SetSeriesLineDash(0, ChartDash::DashDot); }},
         {"SetSeriesLineWidth", [](Chart& c) { return c.SetSeriesLineWidth(0, 4.0); }},
+        {"SetSeriesLineDash of bars", [](Chart& c) { return c.SetSeriesLineDash(0, ChartDash::Dash); },
+         [=](Chart& c) {
+             bars(c);
+             c.SetSeriesLineWidth(0, 4.0);
+         }},
+        {"SetSeriesLineWidth of bars", [](Chart& c) { return c.SetSeriesLineWidth(0, 4.0); }, bars},
         {"SetSeriesColor", [](Chart& c) { return c.SetSeriesColor(0, 0x3F4BE4); }},
         {"EnableMarker", [](Chart& c) { return c.EnableMarker(1); }},
         {"ShowLegend", [](Chart& c) { return c.ShowLegend(0); }},

@@ -1,3 +1,5 @@
+#include "framework/text/CodePage.h"
+#include "framework/windows/dialogs/TextWidth.h"
 #include "host/chart/ChartTable.h"
 #include "tests/host/chart/ChartFixture.h"
 #include "tests/support/Golden.h"
@@ -5,6 +7,7 @@
 
 #include <cmath>
 #include <limits>
+#include <sstream>
 
 namespace {
 
@@ -189,9 +192,9 @@ TEST_F(ChartFixture, ManyPointsBecomeAsManyAsThePixelsNeed) {
     EXPECT_LT(chart.GetSvg().size(), 1000000u);
 
     chart.SetChart(ChartForm::Bars);
-    const auto bars = barPoints(state.series[0], chartView(state, 0, 0, 300, 200));
+    const auto bars = chartBars(state, chartView(state, 0, 0, 300, 200));
     EXPECT_LE(bars.size(), 2 * 302u);
-    EXPECT_NE(std::ranges::find(bars, 123456u), bars.end());
+    EXPECT_NE(std::ranges::find(bars, 123456u, &ChartBar::point), bars.end());
 }
 
 TEST_F(ChartFixture, AFarPointKeepsTheSlopeOfItsLine) {
@@ -263,6 +266,78 @@ TEST_F(ChartFixture, BarsByLabelStandInTheirCategory) {
     EXPECT_EQ(count(chart.GetSvg(), ">Axis x</text>"), 0u);
 }
 
+TEST_F(ChartFixture, BarsStandBesideOrOnEachOther) {
+    // At x = 1 the values 2, -1 and 3, at x = 3 only 4: places are 1.6 wide.
+    for (const auto& [series, x, y] : {std::tuple{0, 1, 2}, {0, 3, 4}, {1, 1, -1}, {2, 1, 3}})
+        chart.AddData(series, x, y);
+    const struct {
+        int arrangement;
+        bool fromZero, log;
+        ChartRange range;
+        std::string bars; ///< left, base and top of each
+        double hitX, hitY;
+        std::string hit; ///< series and point
+    } rows[] = {
+        {ChartBars::SideBySide,
+         true,
+         false,
+         {-1, 4},
+         "0.2,0,2 2.2,0,4 0.733333,0,-1 1.26667,0,3 ",
+         1.5,
+         2.5,
+         "2 0"},
+        {ChartBars::SideBySide,
+         false,
+         false,
+         {-1, 4},
+         "0.2,-1,2 2.2,-1,4 0.733333,-1,-1 1.26667,-1,3 ",
+         1.5,
+         3.5,
+         ""},
+        {ChartBars::SideBySide, true, true, {1, 10}, "0.2,1,2 2.2,1,4 1.26667,1,3 ", 0.4, 1.5, "0 0"},
+        {ChartBars::Stacked, true, false, {-1, 5}, "0.2,0,2 2.2,0,4 0.2,0,-1 0.2,2,5 ", 1.5, 2.5, "2 0"},
+        {ChartBars::Stacked, false, false, {-1, 5}, "0.2,0,2 2.2,0,4 0.2,0,-1 0.2,2,5 ", 1.5, -0.5, "1 0"},
+        {ChartBars::Stacked, true, true, {1, 10}, "0.2,1,2 2.2,1,4 0.2,2,5 ", 1.5, 4.5, "2 0"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.bars);
+        chart.SetChart(ChartForm::Bars, row.arrangement, 1, row.fromZero);
+        chart.SetAxisLog(ChartAxis::Y, row.log);
+        const ChartState& state = *findChart(chart.m_hWnd);
+        const ChartView seen = chartView(state, 0, 0, 400, 300);
+        EXPECT_EQ(seen.y, row.range);
+        std::ostringstream bars;
+        for (const ChartBar& bar : chartBars(state, seen))
+            bars << bar.left << "," << bar.base << "," << bar.top << " ";
+        EXPECT_EQ(bars.str(), row.bars);
+        const ChartPixel at = pixelOf(seen, row.hitX, row.hitY);
+        const auto hit = hitAt(state, seen, at.x, at.y, 1);
+        EXPECT_EQ(hit ? std::to_string(hit->series) + " " + std::to_string(hit->point) : "", row.hit);
+    }
+}
+
+TEST_F(ChartFixture, LabelsAtTheEndsOfAnAxisAreWhole) {
+    for (const wchar_t* format : {L"%.4le", L"%.0f"}) {
+        chart.RemoveDataAll();
+        chart.ShowLegend(0);
+        chart.AddData(0, 0.0, 1.0);
+        chart.AddData(0, 0.3, 2.0);
+        chart.SetAxisDataFormat(ChartAxis::X, format);
+        const std::string svg = chart.GetSvg();
+        const std::string anchor = "text-anchor=\"middle\">";
+        std::size_t labels = 0;
+        for (std::size_t at = svg.find(anchor); at != std::string::npos;
+             at = svg.find(anchor, at + 1), ++labels) {
+            const std::size_t begin = at + anchor.size();
+            const std::wstring label = framework::fromUtf8(svg.substr(begin, svg.find('<', begin) - begin));
+            const double x = std::stod(svg.substr(svg.rfind("<text x=\"", at) + 9));
+            EXPECT_GE(x - framework::textWidth(label) / 2.0, -0.5) << framework::toUtf8(label);
+            EXPECT_LE(x + framework::textWidth(label) / 2.0, 400.5) << framework::toUtf8(label);
+        }
+        EXPECT_GE(labels, 3u);
+    }
+}
+
 TEST_F(ChartFixture, TextsAreSafeAndCut) {
     chart.SetTitle(std::wstring(100000, L'W') + L"<&\"\x1\xD55C>");
     chart.SetAxisTitle(ChartAxis::X, L"a<b & \x1\"c\"");
@@ -299,10 +374,10 @@ TEST_F(ChartFixture, NearestPointAndTableOfValues) {
     const ChartState& state = *findChart(chart.m_hWnd);
     const ChartView seen = chartView(state, 0, 0, 100, 100);
     const ChartPixel at = pixelOf(seen, 3.0, 30.0);
-    const auto hit = nearestPoint(state, seen, at.x + 3, at.y - 3, 6);
+    const auto hit = hitAt(state, seen, at.x + 3, at.y - 3, 6);
     ASSERT_TRUE(hit);
-    EXPECT_EQ(hitText(state, *hit), L"a,\"b\": 3, 30.0");
-    EXPECT_FALSE(nearestPoint(state, seen, at.x + 5, at.y - 5, 6));
+    EXPECT_EQ(hitText(state, hit->series, hit->point), L"a,\"b\": 3, 30.0");
+    EXPECT_FALSE(hitAt(state, seen, at.x + 5, at.y - 5, 6));
 
     chart.AddData(1, 0.1, kNan);
     const std::string table = chartTable(state);

@@ -155,6 +155,13 @@ TEST_F(ChartOnScreen, TheToolTipNamesTheNearestValue) {
     QTest::mouseMove(&plot(), point + QPoint(40, 3));
     EXPECT_FALSE(plot().isTipShown());
     EXPECT_EQ(picture(), former);
+
+    chart->SetChart(ChartForm::Bars);
+    show();
+    QTest::mouseMove(&plot(), at(2.8, 20)); // within the bar of 3, 30
+    EXPECT_TRUE(plot().isTipShown());
+    QTest::mouseMove(&plot(), at(2.8, 33));
+    EXPECT_FALSE(plot().isTipShown());
 }
 
 TEST_F(ChartOnScreen, TheMenuExportsPictureAndTable) {
@@ -222,6 +229,24 @@ TEST_F(ChartOnScreen, OddDataAndSizesAreDrawn) {
         }
     chart->RemoveDataAll();
     show();
+}
+
+TEST_F(ChartOnScreen, ListsThatAreCutSaySo) {
+    host.texts[L"IDS_CHART_MORE"] = L"... and %d more";
+    const auto said = [&] {
+        QStringList texts;
+        for (int i = 0; i < plot().legend->elementCount(); ++i)
+            if (const auto* text = dynamic_cast<QCPTextElement*>(plot().legend->elementAt(i)))
+                texts << text->text();
+        return texts;
+    };
+    EXPECT_TRUE(said().isEmpty());
+    for (int s = 2; s < 60; ++s)
+        chart->AddData(s, 1.0, s);
+    show();
+    ASSERT_EQ(said().size(), 1);
+    EXPECT_EQ(said()[0], QString("... and %1 more").arg(61 - plot().legend->elementCount()));
+    EXPECT_LE(plot().legend->outerRect().height(), plot().height());
 }
 
 /// The docs have this picture; VEXA_CHART_PICTURE names where it goes.
