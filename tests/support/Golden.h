@@ -6,7 +6,8 @@
 
 /// Keeps what a build has written under `name` in the folder that VEXA_GOLDEN_FOLDER names, for
 /// scripts/compare-builds, which holds the builds for two systems against each other. The name's ending tells
-/// how: ".76" record by record, ".txt" and ".csv" as text with the system's line ends, all else byte by byte.
+/// how: ".76" record by record, ".f64" as doubles, ".txt" and ".csv" as text with the system's line ends, all
+/// else byte by byte.
 inline void keepGolden(const std::string& name, std::string_view bytes) {
     const char* folder = std::getenv("VEXA_GOLDEN_FOLDER");
     if (!folder) return;
