@@ -2,15 +2,25 @@
 
 #include <algorithm>
 #include <chrono>
+#include <ctime>
 #include <vector>
 
-// What work takes, in seconds of the wall clock.
+// What work takes, in seconds.
 
+/// By the clock on the wall.
 template <class Work>
 double secondsOf(Work&& work) {
     const auto start = std::chrono::steady_clock::now();
     work();
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// Of the processor, for work in one thread: what others on the machine do in between does not count.
+template <class Work>
+double processorSecondsOf(Work&& work) {
+    const std::clock_t start = std::clock();
+    work();
+    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
 /// The least of several runs, for work that others on the machine only lengthen.

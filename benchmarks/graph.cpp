@@ -90,13 +90,13 @@ class Window {
     CWnd owner_;
 };
 
-/// What takes turns is lengthened by the same others on the machine.
+/// The least of several runs in turns.
 template <class Ours, class Limit>
 std::pair<double, double> inTurns(Ours&& ours, Limit&& limit) {
     std::pair<double, double> best{1e30, 1e30};
     for (int run = 0; run < kRuns; ++run) {
-        best.first = std::min(best.first, secondsOf(ours));
-        best.second = std::min(best.second, secondsOf(limit));
+        best.first = std::min(best.first, processorSecondsOf(ours));
+        best.second = std::min(best.second, processorSecondsOf(limit));
     }
     return best;
 }

@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <filesystem>
 #include <memory>
 #include <numeric>
@@ -19,15 +18,11 @@ namespace {
 
 using namespace workbench;
 
-/// Processor time of work in one thread, which other programs on the machine do not lengthen.
 template <class Work>
 double fastestAlone(int runs, Work&& work) {
     double best = 1e30;
-    for (int i = 0; i < runs; ++i) {
-        const std::clock_t start = std::clock();
-        work();
-        best = std::min(best, double(std::clock() - start) / CLOCKS_PER_SEC);
-    }
+    for (int i = 0; i < runs; ++i)
+        best = std::min(best, processorSecondsOf(work));
     return best;
 }
 

@@ -6,7 +6,8 @@
 namespace graphs {
 namespace {
 
-constexpr std::size_t kPiece = 1024; ///< points that are handed over at a time
+/// Points that are handed over at a time: few, so that the processor fetches the next while it copies these.
+constexpr std::size_t kPiece = 128;
 
 } // namespace
 
