@@ -29,18 +29,28 @@ void addRuns(CPoint from, CPoint to, const CRect& seen, std::vector<CRect>& runs
     const std::int64_t begin = flat ? from.x : from.y, length = flat ? width : height;
     const std::int64_t beginAcross = flat ? from.y : from.x, rise = flat ? height : width;
     const CRect turned = flat ? seen : CRect(seen.top, seen.left, seen.bottom, seen.right);
-    const auto acrossAt = [&](std::int64_t along) {
-        const double exact =
-            static_cast<double>(along - begin) * static_cast<double>(rise) / static_cast<double>(length);
-        return beginAcross + static_cast<std::int64_t>(std::ceil(exact - 0.5));
-    };
     std::int64_t at = std::max<std::int64_t>(length > 0 ? begin : begin + length + 1, turned.left);
     const std::int64_t end = std::min<std::int64_t>(length > 0 ? begin + length : begin + 1, turned.right);
+    if (at >= end) return;
+    // `rest` tells how far the line lies above the upper half of the pixels at `across`, in parts of which a
+    // pixel has `whole`: none, and less than a whole one below, as long as these pixels are the nearest.
+    const double rises =
+        static_cast<double>(at - begin) * static_cast<double>(rise) / static_cast<double>(length);
+    const double nearest = std::ceil(rises - 0.5);
+    const std::int64_t whole = 2 * std::abs(length), step = length > 0 ? 2 * rise : -2 * rise;
+    std::int64_t across = beginAcross + static_cast<std::int64_t>(nearest);
+    std::int64_t rest = std::llround((rises - nearest - 0.5) * static_cast<double>(whole));
     while (at < end) {
-        const std::int64_t across = acrossAt(at);
-        std::int64_t next = rise == 0 ? end : at + 1;
-        while (next < end && acrossAt(next) == across)
-            ++next;
+        if (rest > 0) {
+            ++across;
+            rest -= whole;
+        } else if (rest <= -whole) {
+            --across;
+            rest += whole;
+        }
+        std::int64_t next = step == 0 ? end : at;
+        for (; next < end && rest <= 0 && rest > -whole; ++next)
+            rest += step;
         if (across >= turned.top && across < turned.bottom) {
             const CPoint corner(static_cast<int>(at), static_cast<int>(across));
             const int pixels = static_cast<int>(next - at);
@@ -56,9 +66,10 @@ void addRuns(CPoint from, CPoint to, const CRect& seen, std::vector<CRect>& runs
 std::vector<CPoint> pixelPath(std::span<const CPoint> points) {
     std::vector<CPoint> path;
     if (points.empty()) return path;
-    // The last point of a line is not drawn, so it stays what it is: where the line was there before, that
-    // is another point.
-    const std::span<const CPoint> drawn = points.first(points.size() - 1);
+    // The pixel at the end is drawn only where the line was there before, so the end stays what it is.
+    std::span<const CPoint> drawn = points;
+    while (!drawn.empty() && drawn.back() == points.back())
+        drawn = drawn.first(drawn.size() - 1);
     for (std::size_t first = 0, next = 0; first < drawn.size(); first = next) {
         while (next < drawn.size() && drawn[next].x == drawn[first].x)
             ++next;
