@@ -42,13 +42,20 @@ CRect seenBy(const QPainter& painter) {
     return {seen.left(), seen.top(), seen.left() + seen.width(), seen.top() + seen.height()};
 }
 
-void drawThinLine(QPainter& painter, const std::vector<CPoint>& path, COLORREF color) {
-    QList<QRect> pixels;
-    for (const CRect& run : pixelRuns(path, seenBy(painter)))
-        pixels.append(rectOf(run));
+void drawThinLine(QPainter& painter, std::span<const CPoint> path, COLORREF color) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(colorOf(color));
-    painter.drawRects(pixels);
+    const CRect seen = seenBy(painter);
+    // In pieces: a curve that goes to and fro has more pixels than points.
+    constexpr std::size_t kPiece = 256;
+    QList<QRect> pixels;
+    for (std::size_t first = 0; first + 1 < path.size(); first += kPiece) {
+        const auto piece = path.subspan(first, std::min(kPiece + 1, path.size() - first));
+        pixels.clear();
+        for (const CRect& run : pixelRuns(piece, seen))
+            pixels.append(rectOf(run));
+        painter.drawRects(pixels);
+    }
 }
 
 void drawWideLine(QPainter& painter, const std::vector<CPoint>& path, const PenLook& pen) {
@@ -61,6 +68,25 @@ void drawWideLine(QPainter& painter, const std::vector<CPoint>& path, const PenL
     }
     painter.setPen(penOf(pen));
     painter.drawPolyline(line);
+}
+
+void drawEllipse(QPainter& painter, const CRect& box, const EllipsesCommand& look) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(penOf(look.pen));
+    painter.setBrush(look.brush.none ? QBrush(Qt::NoBrush) : QBrush(colorOf(look.brush.color)));
+    // The outline lies within the box.
+    const qreal inset = look.pen.none ? 0 : look.pen.width / 2.0;
+    painter.drawEllipse(QRectF(rectOf(box)).adjusted(inset, inset, -inset, -inset));
+    painter.setRenderHint(QPainter::Antialiasing, false);
+}
+
+/// Opaque images are the faster ones to show.
+QImage emptyImage(CSize size, qreal scale, QColor color) {
+    QImage image(QSize(size.cx, size.cy) * scale,
+                 color.alpha() == 255 ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(scale);
+    image.fill(color);
+    return image;
 }
 
 } // namespace
@@ -90,17 +116,24 @@ void RecordingPainter::draw(QPainter& painter, const Recording& drawn, const Pol
 }
 
 void RecordingPainter::draw(QPainter& painter, const Recording& drawn, const EllipsesCommand& round) {
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(penOf(round.pen));
-    painter.setBrush(round.brush.none ? QBrush(Qt::NoBrush) : QBrush(colorOf(round.brush.color)));
-    // The outline lies within the box.
-    const qreal inset = round.pen.none ? 0 : round.pen.width / 2.0;
+    constexpr int kLargestStamp = 64;
+    QImage stamp; // dots of one size are smoothed once
+    CSize stampSize;
     for (const CRect& box : drawn.boxes(round)) {
         const CPoint corner = box.TopLeft();
-        if (withinReach(corner) == corner)
-            painter.drawEllipse(QRectF(rectOf(box)).adjusted(inset, inset, -inset, -inset));
+        if (withinReach(corner) != corner) continue;
+        if (std::max(box.Width(), box.Height()) > kLargestStamp) {
+            drawEllipse(painter, box, round);
+            continue;
+        }
+        if (box.Size() != stampSize) {
+            stampSize = box.Size();
+            stamp = emptyImage(stampSize, painter.device()->devicePixelRatioF(), Qt::transparent);
+            QPainter inside(&stamp);
+            drawEllipse(inside, CRect(CPoint(), stampSize), round);
+        }
+        painter.drawImage(QPoint(corner.x, corner.y), stamp);
     }
-    painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
 void RecordingPainter::draw(QPainter& painter, const Recording& drawn, const TextCommand& command) {
@@ -137,9 +170,7 @@ void RecordingPainter::draw(QPainter& painter, const Recording&, const TransferC
         return known.shown == moved.content && known.part == part && known.scale == scale;
     });
     if (image == images_.end()) {
-        QImage pixels(QSize(part.Width(), part.Height()) * scale, QImage::Format_RGB32);
-        pixels.setDevicePixelRatio(scale);
-        pixels.fill(Qt::black);
+        QImage pixels = emptyImage(part.Size(), scale, Qt::black);
         QPainter inside(&pixels);
         inside.translate(-part.left, -part.top);
         inImage_ = true;

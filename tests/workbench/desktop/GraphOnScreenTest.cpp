@@ -103,7 +103,7 @@ TEST_F(GraphOnScreen, ReplaysShowAtOnceAndUntilTheNextPaint) {
     EXPECT_EQ(count(grey), preview);
 }
 
-TEST_F(GraphOnScreen, FarPointsAreCutOff) {
+TEST_F(GraphOnScreen, FarPointsAreCutOffAndDotsRound) {
     CArray<T_GRPH_D, T_GRPH_D&> flat;
     for (const double x : {0.0, 1.0})
         flat.Add({x, 0});
@@ -112,6 +112,9 @@ TEST_F(GraphOnScreen, FarPointsAreCutOff) {
     dialog.graph.SetDrawingGraphType(2);
     dialog.graph.SetData(flat);
     EXPECT_EQ(pixel(150, 3), QColor(0, 0, 0));
+    dialog.show(3);
+    EXPECT_EQ(pixel(2, 62), QColor(255, 0, 0)) << "a dot at (0, 65)";
+    EXPECT_EQ(pixel(6, 62), QColor(0, 0, 0));
 }
 
 /// A dialog with something of its own below its controls.
