@@ -182,30 +182,43 @@ Result<void> replaceWhole(const fs::path& path, const MeshData& mesh, DocumentRo
     return file.commit();
 }
 
-/// Saves over the very file that the database was read from or last written to. `whileLocked` is called
-/// before, when it is certain that the file is still the one that the database knows, and may change the
-/// database.
+/// The very file that a database was read from or last written to, locked, with what stands in it.
+struct LockedOrigin {
+    LockedTarget target;
+    DocumentRows rows;
+};
+
+/// Fails when the file is not what the database knows any more.
+Result<LockedOrigin> lockOrigin(const DocumentOrigin& origin) {
+    auto target = LockedTarget::lock(origin.path);
+    if (!target) return target.error();
+    if (!*target) return Error{"it was damaged since it was opened; restore it from a copy"};
+    auto rows = readRows((*target)->connection());
+    if (!rows) return rows.error();
+    if (auto checked = checkContent(*rows); !checked) return checked.error();
+    if (rows->checksum != origin.checksum)
+        return Error{"another program has changed it since it was opened; open it again"};
+    return LockedOrigin{std::move(**target), std::move(*rows)};
+}
+
+/// Saves over that file. `whileLocked` is called before, when it is certain that the file is still the one
+/// that the database knows, and may change the database.
 Result<void> saveOverOrigin(ModelDatabase::State& state, DocumentRows& rows,
                             const std::function<void()>& whileLocked) {
-    auto target = LockedTarget::lock(state.origin.path);
-    if (!target) return target.error();
-    if (!*target) return Error{"it was damaged since it was opened; save under another name"};
-    const SqliteConnection& connection = (*target)->connection();
-    const auto before = readRows(connection);
-    if (!before) return before.error();
-    if (auto checked = checkContent(*before); !checked) return checked;
-    if (before->checksum != state.origin.checksum)
-        return Error{"another program has changed it since it was opened; save under another name"};
+    const auto origin = lockOrigin(state.origin);
+    if (!origin) return origin.error();
+    const SqliteConnection& connection = origin->target.connection();
+    const DocumentRows& before = origin->rows;
     if (whileLocked) whileLocked();
     rows = rowsOf(state);
-    const bool isOlder = before->meta.at("schema_version") != rows.meta.at("schema_version");
+    const bool isOlder = before.meta.at("schema_version") != rows.meta.at("schema_version");
     if (isOlder || state.meshVersion != state.origin.meshVersion)
         return replaceWhole(state.origin.path, state.mesh, rows);
     for (const char* name : {"node_count", "element_count", "element_node_count", "bounds"})
-        if (const auto found = before->meta.find(name); found != before->meta.end()) rows.meta.insert(*found);
-    rows.elementTypeCounts = before->elementTypeCounts;
-    rows.blocks = before->blocks;
-    if (auto done = writeChanges(connection, *before, rows); !done) return done;
+        if (const auto found = before.meta.find(name); found != before.meta.end()) rows.meta.insert(*found);
+    rows.elementTypeCounts = before.elementTypeCounts;
+    rows.blocks = before.blocks;
+    if (auto done = writeChanges(connection, before, rows); !done) return done;
     return connection.run("COMMIT");
 }
 
@@ -242,13 +255,8 @@ Result<void> save(ModelDatabase::State& state, const fs::path& path,
 
 Result<void> checkSavable(const ModelDatabase& database) {
     const DocumentOrigin& origin = database.state().origin;
-    auto lockable = [&]() -> Result<void> {
-        auto target = LockedTarget::lock(origin.path);
-        if (!target) return target.error();
-        if (!*target) return Error{"it was damaged since it was opened"};
-        return {};
-    }();
-    if (!lockable) return Error{"cannot save " + origin.path.string() + ": " + lockable.error().message};
+    const auto locked = lockOrigin(origin);
+    if (!locked) return Error{"cannot save " + origin.path.string() + ": " + locked.error().message};
     return {};
 }
 

@@ -44,8 +44,8 @@ Result<void> saveDocument(ModelDatabase& database, const std::filesystem::path& 
 Result<void> saveDocument(ModelDatabase& database, const std::filesystem::path& path,
                           const std::function<void()>& whileLocked);
 
-/// Whether the file that `database` came from could be saved to now: for whoever is about to work long for a
-/// save at the end.
+/// Whether the file that `database` came from could be saved to now, and is still the one that it knows: for
+/// whoever is about to work long for a save at the end.
 Result<void> checkSavable(const ModelDatabase& database);
 
 } // namespace workbench

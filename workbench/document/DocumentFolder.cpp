@@ -28,11 +28,11 @@ std::vector<fs::path> filesIn(const fs::path& folder, Wanted wanted) {
     return found;
 }
 
-/// What names of combined results begin with.
-constexpr const char* kCombined = "_RCB_";
-
-bool startsWith(const fs::path& name, const std::string& start) {
-    return name.filename().string().starts_with(start);
+/// Whether a file is named after the document with the stem, or after what was made of results.
+bool isResultOf(const fs::path& path, const std::string& stem) {
+    const std::string name = path.filename().string();
+    return name.starts_with(stem + "_") || name.starts_with(kCombinedPrefix) ||
+           name.starts_with(kSafetyPrefix);
 }
 
 } // namespace
@@ -59,9 +59,9 @@ FolderReferences referencesIn(const fs::path& folder, const fs::path& except) {
 }
 
 std::vector<fs::path> resultFilesBeside(const fs::path& document) {
-    const std::string start = document.stem().string() + "_";
+    const std::string stem = document.stem().string();
     return filesIn(folderOf(document), [&](const fs::path& path) {
-        return path.extension() == ".lmop" && (startsWith(path, start) || startsWith(path, kCombined));
+        return path.extension() == ".lmop" && isResultOf(path, stem);
     });
 }
 
@@ -70,7 +70,7 @@ std::vector<fs::path> temporaryFilesBeside(const fs::path& document) {
     const std::string name = document.filename().string();
     return filesIn(folderOf(document), [&](const fs::path& path) {
         return isTemporaryName(path) &&
-               (startsWith(path, name) || startsWith(path, stem + "_") || startsWith(path, kCombined));
+               (path.filename().string().starts_with(name) || isResultOf(path, stem));
     });
 }
 

@@ -1,6 +1,7 @@
 #include "workbench/results/CombineResults.h"
 
 #include "framework/text/CodePage.h"
+#include "workbench/document/DocumentFolder.h"
 #include "workbench/results/ResultSet.h"
 
 #include <algorithm>
@@ -13,7 +14,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* kProducer = "vexa result combination";
-constexpr const char* kPrefix = "_RCB_";
 
 std::string inQuotes(const std::string& name) {
     return "\"" + name + "\"";
@@ -51,7 +51,7 @@ class Combiner {
   private:
     /// A set of this document may be made anew; no other file and no other analysis is touched.
     Result<void> checkName() {
-        auto set = findResultSet(database_, tree_, folder_, kPrefix, request_.name);
+        auto set = findResultSet(database_, tree_, folder_, kCombinedPrefix, request_.name);
         if (!set) return set.error();
         set_ = std::move(*set);
         if (database_.inTransaction())
@@ -203,7 +203,7 @@ class Combiner {
 } // namespace
 
 fs::path combinationFile(const fs::path& folder, const std::string& name) {
-    const std::string file = kPrefix + name + ".lmop";
+    const std::string file = kCombinedPrefix + name + ".lmop";
     return folder / fs::path(std::u8string(file.begin(), file.end()));
 }
 

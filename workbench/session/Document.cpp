@@ -72,11 +72,16 @@ Result<void> Document::save() {
 }
 
 Result<void> Document::reserve() {
+    if (isReserved_) return checkSavable(*database_);
+    // Marked first: what another program saved before that is seen by the check.
+    FileInWork mark;
+    const bool isMarked = mark.mark(path_);
     if (auto savable = checkSavable(*database_); !savable) return savable;
-    if (isReserved_) return {};
-    isReserved_ = inWork_.mark(path_);
-    if (isReserved_) return {};
-    return Error{"another program is working on " + path_.string() + "; wait until it has finished"};
+    if (!isMarked)
+        return Error{"another program is working on " + path_.string() + "; wait until it has finished"};
+    inWork_ = std::move(mark);
+    isReserved_ = true;
+    return {};
 }
 
 } // namespace workbench

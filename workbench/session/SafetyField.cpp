@@ -3,6 +3,7 @@
 #include "framework/text/CodePage.h"
 #include "module/stability/StrengthLookup.h"
 #include "resultfile/ResultFile.h"
+#include "workbench/document/DocumentFolder.h"
 #include "workbench/results/Catalogue.h"
 #include "workbench/results/ResultSet.h"
 #include "workbench/session/StressStates.h"
@@ -31,7 +32,7 @@ class SafetyField {
 
     Result<SafetyReport> run() {
         auto set = findResultSet(document_.database(), document_.results(), document_.path().parent_path(),
-                                 "_SFT_", request_.name);
+                                 kSafetyPrefix, request_.name);
         if (!set) return set.error();
         report_.file = set->file;
         report_.isNewSet = !set->registered;
