@@ -98,7 +98,12 @@ class ModelCheck {
     }
 
     /// How the results of an analysis are made again.
-    std::string remedyFor(ItrKey analysisKey) const {
+    std::string remedyFor(ItrKey analysisKey, const fs::path& file) const {
+        const std::pair<const char*, const char*> sets[] = {{kCombinedPrefix, "vexa combine"},
+                                                            {kSafetyPrefix, "vexa safety"}};
+        for (const auto& [prefix, command] : sets)
+            if (file.filename().string().starts_with(prefix))
+                return std::string("delete it if it is there, and make it again with ") + command;
         const auto* pool = database_->Pool<DPoolFatg>();
         for (const ItrKey key : pool->GetKeyList())
             if (const tagTFatg& definition = pool->GetAtNU(key); definition.resultAnalysisKey == analysisKey)
@@ -111,9 +116,7 @@ class ModelCheck {
         ++report_.resultFiles;
         const std::string item = "result file " + record.path;
         const fs::path path = registeredFile(folder_, record.path);
-        const std::string remedy = path.filename().string().starts_with("_RCB_")
-                                       ? "delete it if it is there, and make it again with vexa combine"
-                                       : remedyFor(record.analysisKey);
+        const std::string remedy = remedyFor(record.analysisKey, path);
         tell("Checking " + path.filename().string());
         if (!files_.insert(path).second) fault(item, "it is registered twice", remedy);
         auto opened = resultfile::Reader::open(path);
@@ -132,7 +135,7 @@ class ModelCheck {
             if (const auto fits = source.checkMesh(database_->mesh()); !fits)
                 fault(item, fits.error().message, remedy);
         checkTables(source.reader(), item, remedy);
-        inputs_.push_back({item, record.analysisKey, contents.inputChecksum});
+        inputs_.push_back({item, remedy, contents.inputChecksum});
         caseSteps(record.analysisKey, contents);
         report_.bytes = std::min(totalBytes_, report_.bytes + sizeOf(path));
     }
@@ -205,11 +208,9 @@ class ModelCheck {
     void checkInterfaceFile() {
         const auto current = interfaceFileChecksum(folder_);
         for (const Input& input : inputs_) {
-            const bool isRun = remedyFor(input.analysisKey).starts_with("run it again");
             if (input.checksum.empty()) {
-                if (isRun)
-                    fault(input.item, "it does not say what it was computed from",
-                          remedyFor(input.analysisKey));
+                if (input.remedy.starts_with("run it again"))
+                    fault(input.item, "it does not say what it was computed from", input.remedy);
             } else if (!current) {
                 note(input.item, "FATIGUE.76, which it was computed from, is not there any more");
             } else if (*current == input.checksum) {
@@ -250,7 +251,7 @@ class ModelCheck {
 
     struct Input {
         std::string item;
-        ItrKey analysisKey;
+        std::string remedy;
         std::string checksum;
     };
 

@@ -152,6 +152,8 @@ const Row kRows[] = {
          ASSERT_TRUE(bool(saveDocument(other, m.folder / "a_b.wkm")));
      },
      "", ""},
+    {"an orphan of a safety run", nothing, [](Model& m) { writeBytes(m.folder / "_SFT_Old.lmop", "x"); },
+     "file _SFT_Old.lmop: no document here refers to it; delete it", ""},
     {"an orphan beside a document that cannot be read", nothing,
      [](Model& m) {
          writeBytes(m.folder / "a_Old.lmop", "x");
