@@ -31,9 +31,7 @@ class FatigueCommand final : public Command {
         if (!document) return fail(document.error());
         const auto keys = findFatigueDefinitions(**document, names_);
         if (!keys) return fail(keys.error());
-        const auto reports = runFatigue(host, **document, *keys);
-        if ((*document)->database().isModified())
-            if (const auto saved = (*document)->save(); !saved) return fail(saved.error());
+        const auto reports = runFatigue(host, **document, *keys, true);
 
         json all = json::array();
         std::vector<FatigueResult> results;

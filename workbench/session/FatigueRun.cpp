@@ -36,7 +36,7 @@ class BaseUnits {
 } // namespace
 
 std::vector<FatigueRunReport> runFatigue(WorkbenchHost& host, Document& document,
-                                         const std::vector<ItrKey>& definitions) {
+                                         const std::vector<ItrKey>& definitions, bool savesEach) {
     const BaseUnits units(host);
     std::vector<FatigueRunReport> reports;
     const auto* pool = document.database().Pool<DPoolFatg>();
@@ -67,6 +67,11 @@ std::vector<FatigueRunReport> runFatigue(WorkbenchHost& host, Document& document
                 report.cause = "no element of the mesh has a material of the definition, or one of the "
                                "definition's records is missing";
         }
+        if (savesEach && document.database().isModified())
+            if (const auto saved = document.save(); !saved) {
+                report.succeeded = false;
+                report.cause = saved.error().message;
+            }
         reports.push_back(std::move(report));
     }
     return reports;

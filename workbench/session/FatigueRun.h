@@ -19,10 +19,12 @@ struct FatigueRunReport {
 };
 
 /// Runs fatigue definitions through the module, one after another, in the document's own unit system; the
-/// unit system for display is put back afterwards. Results are registered with the document, which is not
-/// saved here; nothing is run when it could not be saved, or another program runs definitions of it.
+/// unit system for display is put back afterwards. Results are registered with the document, which is saved
+/// after each run when `savesEach` is set, so that one that is killed takes no earlier one with it; a save
+/// that fails fails the run. Nothing is run when the document could not be saved, or another program runs
+/// definitions of it.
 std::vector<FatigueRunReport> runFatigue(WorkbenchHost& host, Document& document,
-                                         const std::vector<ItrKey>& definitions);
+                                         const std::vector<ItrKey>& definitions, bool savesEach = false);
 
 /// The keys of the definitions with these names, in that order; all of the document without names.
 Result<std::vector<ItrKey>> findFatigueDefinitions(Document& document, const std::vector<std::string>& names);

@@ -142,6 +142,24 @@ TEST_F(StoresTest, OnlyOneProgramAtATimeRunsDefinitionsOfADocument) {
     EXPECT_EQ(run("vexa fatigue cube.wkm").exitCode, 0);
 }
 
+TEST_F(StoresTest, ARunThatIsKilledTakesNoEarlierOneWithIt) {
+    std::string second = cubeDeck().substr(cubeDeck().find("[[fatigue]]"));
+    for (const auto& [from, to] :
+         {std::pair("\"Service\"", "\"Second\""), std::pair("\"Life\"", "\"Other\"")})
+        second.replace(second.find(from), std::string(from).size(), to);
+    folder_.write("cube.toml", cubeDeck() + second);
+    fs::create_directories(folder_ / "fake/64bit Solver");
+    folder_.writeScript(
+        "fake/64bit Solver/FatigueSolver.exe",
+        "[ -e once ] && kill -9 $PPID; touch once; exec \"$(dirname \"$(command -v vexa)\")/64bit "
+        "Solver/FatigueSolver.exe\" \"$1\"");
+    const ProgramEnd end =
+        run("vexa new cube.toml -o cube.wkm && vexa fatigue cube.wkm --program-folder \"$PWD/fake\"");
+    EXPECT_NE(end.exitCode, 0);
+    EXPECT_EQ(run("vexa table cube.wkm --analysis Life --component 76200").exitCode, 0)
+        << end.errors << faults();
+}
+
 TEST_F(StoresTest, CheckTellsInItsExitCodeAndAsJson) {
     EXPECT_EQ(run("vexa check cube.wkm").exitCode, 0);
     EXPECT_EQ(run("vexa check").exitCode, 2);
