@@ -55,6 +55,9 @@ class NewCommand final : public Command {
         if (model_.empty()) model_ = std::filesystem::path(deck_).replace_extension(".wkm").string();
         if (std::filesystem::path(model_).extension() != ".wkm")
             return fail("the document's name must end in .wkm, which \"" + model_ + "\" does not");
+        if (std::error_code ignored; std::filesystem::equivalent(deck_, model_, ignored))
+            return fail("the document would replace its project deck " + deck_ +
+                        ": give it another name with -o");
         WorkProgress& progress = host.progress();
         progress.Start();
         const auto report = importProject(deck_, model_, [&](const std::string& what, double fraction) {

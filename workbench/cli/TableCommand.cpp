@@ -57,6 +57,10 @@ class TableCommand final : public Command {
     }
 
     int run(WorkbenchHost& host, const CommonOptions& common) override {
+        const auto extension = std::filesystem::path(output_).extension();
+        if (extension == ".wkm" || extension == ".lmop")
+            return fail("a table does not replace a document or its results: choose a name for \"" + output_ +
+                        "\" that does not end in .wkm or .lmop");
         auto document = openForCommand(host, choice_.model, common);
         if (!document) return fail(document.error());
         const auto table = choice_.find(**document);

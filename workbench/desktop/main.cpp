@@ -70,7 +70,8 @@ void addOptions(CLI::App& app, Options& options) {
     app.add_option("--step", options.choice.step, "Step by name or number (default: the last)");
     app.add_option("--component", options.choice.component, "Component by identifier or name");
     app.add_option("--lang", options.language, "Language of texts")->check(CLI::IsMember({"en", "ko"}));
-    app.add_option("--units", options.units, "Unit system for display, such as kN,m");
+    app.add_option("--units", options.units, "Unit system for display, such as kN,m")
+        ->check(CLI::Validator(unitSystemFault, "FORCE,LENGTH"));
     app.add_option("--edition", options.edition, "Edition of the host")
         ->check(CLI::IsMember({"A", "B", "C", "D"}))
         ->capture_default_str();
@@ -102,8 +103,6 @@ std::string usageError(const Options& options) {
     if (!options.chart.empty() && options.dialog.empty()) return "--chart needs --dialog";
     if (!options.chart.empty() && !options.screenshot.empty())
         return "--chart and --screenshot do not go together";
-    if (!options.units.empty() && parseUnitSystem(options.units).force.empty())
-        return "--units \"" + options.units + "\" is no pair of force and length such as kN,m";
     return {};
 }
 

@@ -183,7 +183,10 @@ class ProjectImport {
                             analysis.results.string(), progress);
         auto read = readFrd(*window, import);
         if (read) read = import.finish();
-        if (!read) return Error{read.error().message + solverLastWords(analysis.results)};
+        // What the solver said last explains results that end too early, and nothing else.
+        if (!read && window->peek(1).empty())
+            return Error{read.error().message + solverLastWords(analysis.results)};
+        if (!read) return read;
         return kept(import);
     }
 

@@ -61,7 +61,7 @@ std::string listNames(std::span<const std::string> names) {
 
 std::string suggestion(std::string_view name, std::span<const std::string> known) {
     constexpr std::size_t kLongest = 64; // longer names are not typing errors, and the distance is quadratic
-    if (name.size() > kLongest) return {};
+    if (name.empty() || name.size() > kLongest) return {};
     std::size_t best = (name.size() < 4 ? 1 : std::max<std::size_t>(2, name.size() / 3)) +
                        1; // letters swapped are two edits
     const std::string* nearest = nullptr;

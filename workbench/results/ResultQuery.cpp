@@ -20,7 +20,7 @@ Result<T*> byName(const std::vector<T*>& children, const std::string& name, cons
         if (child->GetName() == wide) return child;
         names += (names.empty() ? "\"" : ", \"") + framework::toUtf8(child->GetName()) + "\"";
     }
-    if (name.empty() && !children.empty())
+    if (name.empty() && children.size() > 1)
         return Error{owner + " has more than one " + what + "; name one of them: " + names};
     return Error{owner + " has no " + what + " \"" + name + "\"; it has " + (names.empty() ? "none" : names)};
 }

@@ -89,6 +89,17 @@ UnitSystem parseUnitSystem(std::string_view text) {
     return isKnown(system) ? system : UnitSystem{};
 }
 
+std::string unitSystemFault(const std::string& text) {
+    if (!parseUnitSystem(text).force.empty()) return {};
+    std::string fault = "\"" + text + "\" is no pair of force and length such as kN,m; force is one of";
+    for (const std::string& unit : forceUnits())
+        fault += " " + unit;
+    fault += ", length of";
+    for (const std::string& unit : lengthUnits())
+        fault += " " + unit;
+    return fault;
+}
+
 double unitFactor(int kind, const UnitSystem& from, const UnitSystem& to) {
     if (from == to) return 1; // exactly, whatever the quotients would round to
     const Dimension dimension = dimensionOf(kind);

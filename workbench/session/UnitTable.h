@@ -21,6 +21,8 @@ bool isKnown(const UnitSystem& system);
 
 /// "kN,m" as a unit system; zero force when the text is no such pair.
 UnitSystem parseUnitSystem(std::string_view text);
+/// What is wrong with a text that is no such pair, and which units there are; empty for one that is.
+std::string unitSystemFault(const std::string& text);
 
 /// Factor that turns a number of a quantity in `from` into `to`. Kinds are UnitKind's; 1 for kinds without
 /// force or length. Both systems must be known.

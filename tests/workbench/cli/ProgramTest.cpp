@@ -114,7 +114,7 @@ TEST_F(ProgramTest, RefusesWrongInputWithASentenceAndLeavesNothing) {
     };
     const Row rows[] = {
         {"vexa", 2, "subcommand"},
-        {"vexa nonsense", 2, "subcommand"},
+        {"vexa tabel", 2, "no command \"tabel\", did you mean 'table'?"},
         {"vexa table cube.wkm", 2, "--analysis"},
         {"vexa table cube.wkm --analysis Static --case Pull --component abc", 1, "no component \"abc\""},
         {"vexa table cube.wkm --analysis Stat --component 312101", 1, "\"Static\""},
@@ -127,7 +127,15 @@ TEST_F(ProgramTest, RefusesWrongInputWithASentenceAndLeavesNothing) {
          1, "no ordinary file"},
         {"vexa table cube.wkm --analysis Static --case Pull --component 312101 >/dev/full", 1,
          "standard output"},
-        {"vexa table cube.wkm --analysis Static --case Pull --component 312101 --units kN", 1, "kN,m"},
+        {"vexa table cube.wkm --analysis Static --case Pull --component 312101 --units kN", 2, "kN,m"},
+        {"vexa info cube.wkm --units kN", 2, "kN,m"},
+        {"vexa info cube.wkm >/dev/full", 1, "standard output"},
+        {"vexa info cube.wkm >&-", 1, "standard output"},
+        {"vexa table cube.wkm --analysis Static --case Pull --component 312101 -o cube.wkm", 1, ".wkm"},
+        {"vexa table cube.wkm --analysis Static --case Pull --component 312101 -o cube_Static.lmop", 1,
+         ".lmop"},
+        {"cp cube.toml deck.wkm; vexa new deck.wkm; c=$?; cmp cube.toml deck.wkm && rm deck.wkm; exit $c", 1,
+         "project deck"},
         {"vexa table cube.wkm --analysis Static --case Pull --component 312101 -o no/folder.csv", 1,
          "no/folder.csv"},
         {"vexa fatigue cube.wkm Servic", 1, "\"Service\""},
@@ -173,8 +181,10 @@ TEST_F(ProgramTest, RefusesWrongInputWithASentenceAndLeavesNothing) {
 TEST_F(ProgramTest, AFullDiskLeavesTheOldFiles) {
     // A limit on the size of files stands for the full disk; it is in blocks of 512 bytes.
     const std::string before = listing();
-    ProgramEnd end = runShell(folder_, "ulimit -f 8; vexa new cube.toml -o cube.wkm");
+    ProgramEnd end = runShell(folder_, "echo ' 1 1 1 5 1. 1. 1.' >cube.sta; ulimit -f 8; "
+                                       "vexa new cube.toml -o cube.wkm; c=$?; rm cube.sta; exit $c");
     EXPECT_EQ(end.exitCode, 1) << end.errors;
+    EXPECT_EQ(end.errors.find("last increment"), std::string::npos) << end.errors;
     EXPECT_NE(end.errors.find("cube"), std::string::npos) << end.errors;
     EXPECT_EQ(listing(), before);
 
