@@ -4,6 +4,7 @@
 #include "workbench/cli/Output.h"
 #include "workbench/cli/SafetyGraph.h"
 #include "workbench/import/Names.h"
+#include "workbench/picture/ContourPicture.h"
 #include "workbench/session/SafetyHistories.h"
 
 #include <CLI/CLI.hpp>
@@ -56,11 +57,11 @@ class FosCommand final : public Command {
             ->check(CLI::Range(50, 8192));
         command->footer("Prints for each subcase the last factor, and the last one at which the analysis "
                         "converged.\nExample:\n"
-                        "  vexa fos slope.wkm --name ssr --graph iterations -o slope.svg");
+                        "  vexa fos slope.wkm --name Slope --graph iterations -o fos.svg");
     }
 
     int run(WorkbenchHost& host, const CommonOptions& common) override {
-        if (!output_.empty() && !output_.ends_with(".svg") && !output_.ends_with(".png"))
+        if (!output_.empty() && !isPictureName(output_))
             return fail("the picture's name must end in .png or .svg, which \"" + output_ + "\" does not");
         auto document = openForCommand(host, model_, common);
         if (!document) return fail(document.error());
@@ -112,8 +113,7 @@ class FosCommand final : public Command {
     }
 
     Result<void> draw(SafetyGraph& graph, std::size_t subcase, const CommonOptions& common) const {
-        if (output_.ends_with(".svg"))
-            return writeText(graph.svg(subcase, type(), size_[0], size_[1]), output_);
+        if (isSvgName(output_)) return writeText(graph.svg(subcase, type(), size_[0], size_[1]), output_);
         const TemporaryText script(SafetyGraph::script(subcase, type()));
         std::vector<std::string> arguments{model_,
                                            "--dialog=CVEXAGpsSafetyGraphDlg",

@@ -99,7 +99,10 @@ class FrdParser {
         if (line.starts_with("  100C")) return resultBlock(line);
         if (line.starts_with("    1")) return true; // title and user lines
         if (trimmed(line).empty()) return true;
-        return fail("'" + std::string(line.substr(0, 20)) + "' begins no record of a result file");
+        const std::string_view start = line.substr(0, 20);
+        if (std::ranges::any_of(start, [](char c) { return c < ' ' || c > '~'; }))
+            return fail("this line begins no record of a result file; it is not text");
+        return fail("'" + std::string(start) + "' begins no record of a result file");
     }
 
     bool parameter(std::string_view line) {

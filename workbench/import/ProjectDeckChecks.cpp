@@ -152,7 +152,9 @@ void checkFilesExist(const ProjectDeck& deck, DeckErrors& errors) {
     std::error_code code;
     for (const DeckAnalysis& analysis : deck.analyses) {
         const std::string what = "analysis '" + analysis.name + "': ";
-        if (!std::filesystem::is_regular_file(analysis.deck, code))
+        if (std::filesystem::is_directory(analysis.deck, code))
+            errors.add(analysis.line, what + analysis.deck.string() + " is a folder, not a solver deck");
+        else if (!std::filesystem::is_regular_file(analysis.deck, code))
             errors.add(analysis.line, what + "the solver deck " + analysis.deck.string() + " is not there");
         else if (!std::filesystem::is_regular_file(analysis.results, code))
             errors.add(analysis.line, what + "the solver left no results: " + analysis.results.string() +

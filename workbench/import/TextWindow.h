@@ -31,8 +31,8 @@ class TextWindow {
     void skipLines(std::size_t bytes, std::uint64_t lines);
 
     const std::string& name() const { return name_; }
-    /// "name:line", the place of the last line.
-    std::string place() const { return name_ + ":" + std::to_string(lineNumber_); }
+    /// "name:line", the place of the last line; the name alone before the first.
+    std::string place() const { return lineNumber_ == 0 ? name_ : name_ + ":" + std::to_string(lineNumber_); }
     std::uint64_t offset() const { return windowOffset_ + begin_; }
     std::uint64_t size() const { return size_; }
     /// Why reading stopped before the end of the file; empty when it did not.

@@ -65,7 +65,11 @@ Result<Image> drawContour(const ContourPicture& picture) {
 }
 
 bool isPictureName(const std::filesystem::path& path) {
-    return hasExtension(path, ".png") || hasExtension(path, ".svg");
+    return hasExtension(path, ".png") || isSvgName(path);
+}
+
+bool isSvgName(const std::filesystem::path& path) {
+    return hasExtension(path, ".svg");
 }
 
 Result<DrawnContour> writeContour(const ContourPicture& picture, const std::filesystem::path& path) {
@@ -74,7 +78,7 @@ Result<DrawnContour> writeContour(const ContourPicture& picture, const std::file
     const std::lock_guard lock(oneAtATime);
     const auto drawing = ContourDrawing::make(picture);
     if (!drawing) return drawing.error();
-    const auto bytes = encoded(**drawing, hasExtension(path, ".svg"));
+    const auto bytes = encoded(**drawing, isSvgName(path));
     if (!bytes) return bytes.error();
     ReplacedFile file(path);
     if (const int failed = writeFile(file.temporaryPath(), *bytes))

@@ -108,6 +108,8 @@ Result<Image> drawContour(const ContourPicture& picture);
 
 /// True for a name that writeContour knows a format for: .png and .svg, in upper or lower case.
 bool isPictureName(const std::filesystem::path& path);
+/// Whether it is the one of the two that ends in .svg.
+bool isSvgName(const std::filesystem::path& path);
 
 /// Draws the picture and writes it in the format of its name; it appears under that name whole or not at all.
 /// In an SVG file titles, scale bar, axes and marks are text and shapes, and the model is an image of twice

@@ -50,9 +50,9 @@ TEST_F(Fos, DrawsTheCurveThatIsAskedFor) {
     const std::string wet = folder.read("wet.svg");
     EXPECT_NE(wet.find(">안전율-반복 횟수<"), std::string::npos);
     EXPECT_NE(wet.find("width=\"300\" height=\"200\""), std::string::npos);
-    const ProgramEnd png = run("vexa fos cube.wkm --name ssr --size 300x200 -o a.png");
+    const ProgramEnd png = run("vexa fos cube.wkm --name ssr --size 300x200 -o a.PNG");
     EXPECT_EQ(png.exitCode, 0) << png.errors;
-    EXPECT_TRUE(folder.read("a.png").starts_with("\x89PNG"));
+    EXPECT_TRUE(folder.read("a.PNG").starts_with("\x89PNG"));
 }
 
 TEST_F(Fos, SaysWhatIsWrong) {

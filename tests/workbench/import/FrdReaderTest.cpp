@@ -169,7 +169,7 @@ TEST(FrdReader, RefusesBrokenStructure) {
         {replaced(good, " 1.50000E+00-1.25000E+00 1.50000E+00\n",
                   " 1.50000E+00-1.25000E+00 1.50000E+00 1.50000E+00\n"),
          "has more than the 3 values of block DISP"},
-        {"", "x.frd:0: the file ends without its end mark"},
+        {"", "x.frd: the file ends without its end mark"},
     };
     for (const Row& row : rows) {
         const std::string message = readError(row.text);
