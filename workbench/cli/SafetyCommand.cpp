@@ -41,7 +41,7 @@ class SafetyCommand final : public Command {
             "apex.\n"
             "Example:\n"
             "  vexa safety slope.wkm --analysis Slope --case Gravity --name Safety\n"
-            "  vexa picture slope.wkm --analysis Safety --component 77101 -o safety.png");
+            "  vexa picture slope.wkm --analysis Safety --component 77101 --range 0.9,3 -o safety.png");
     }
 
     int run(WorkbenchHost& host, const CommonOptions& common) override {
@@ -84,9 +84,7 @@ class SafetyCommand final : public Command {
         return report.mode == RateMode::StressRatio ? safety::kStressRatio : safety::kFactor;
     }
 
-    std::size_t listed(const SafetyReport& report) const {
-        return std::min(report.nodes.size(), static_cast<std::size_t>(top_));
-    }
+    std::size_t listed(const SafetyReport& report) const { return std::min(report.nodes.size(), top_); }
 
     json describe(const WorkbenchHost& host, const SafetyRequest& request, const SafetyReport& report,
                   const T_QM_MESH_D& mesh) const {
@@ -121,15 +119,18 @@ class SafetyCommand final : public Command {
     void print(const WorkbenchHost& host, const SafetyRequest& request, const SafetyReport& report,
                const T_QM_MESH_D& mesh) const {
         const CPOHVCase& step = *request.step;
-        std::printf(
-            "%s: analysis \"%s\" -> %s\n  from case \"%s\", step \"%s\": %zu stress states, %zu nodes\n",
-            choice_.model.c_str(), request.name.c_str(), report.file.filename().c_str(),
-            framework::toUtf8(step.GetCase()->GetName()).c_str(), framework::toUtf8(step.GetName()).c_str(),
-            report.states, report.nodes.size());
+        const bool korean = host.language() == Language::Korean;
+        std::printf(korean
+                        ? "%s: 해석 \"%s\" -> %s\n  케이스 \"%s\", 단계 \"%s\": 응력 상태 %zu개, 절점 %zu개\n"
+                        : "%s: analysis \"%s\" -> %s\n  from case \"%s\", step \"%s\": %zu stress states, "
+                          "%zu nodes\n",
+                    choice_.model.c_str(), request.name.c_str(), report.file.filename().c_str(),
+                    framework::toUtf8(step.GetCase()->GetName()).c_str(),
+                    framework::toUtf8(step.GetName()).c_str(), report.states, report.nodes.size());
         if (top_ == 0) return;
         const std::string unit = " [" + unitLabel(UnitKind::Stress, host.currentUnits()) + "]";
         const auto titled = [&](unsigned id) { return componentName(id, host.language()); };
-        TextTable table({"Node", titled(rateId(report)), titled(safety::kCohesion) + unit,
+        TextTable table({korean ? "절점" : "node", titled(rateId(report)), titled(safety::kCohesion) + unit,
                          titled(safety::kFrictionAngle), titled(safety::kMajorStress) + unit,
                          titled(safety::kMinorStress) + unit});
         const double stress = CQMUnitCtrl::GetConvertFactorCurrent(UnitKind::Stress);
@@ -145,7 +146,7 @@ class SafetyCommand final : public Command {
 
     ResultChoice choice_;
     std::string mode_, name_;
-    int top_ = 10;
+    std::size_t top_ = 10;
 };
 
 } // namespace
