@@ -1,6 +1,7 @@
 #include "framework/text/CodePage.h"
 #include "workbench/cli/CombineDialog.h"
 #include "workbench/cli/Output.h"
+#include "workbench/cli/ResultNames.h"
 #include "workbench/import/Names.h"
 #include "workbench/results/Catalogue.h"
 
@@ -16,36 +17,10 @@ namespace {
 
 using nlohmann::json;
 
-template <class T>
-std::vector<std::string> namesOf(const std::vector<T*>& children) {
-    std::vector<std::string> names;
-    for (T* child : children)
-        names.push_back(framework::toUtf8(child->GetName()));
-    return names;
-}
-
-template <class T>
-T* byName(const std::vector<T*>& children, const std::string& name) {
-    const std::wstring wide = framework::fromUtf8(name);
-    for (T* child : children)
-        if (child->GetName() == wide) return child;
-    return nullptr;
-}
-
 /// The name that was perhaps meant, else all that there are.
 std::string hint(const std::string& name, const std::vector<std::string>& known) {
     const std::string near = suggestion(name, known);
     return near.empty() ? "; it has " + listNames(known) : near;
-}
-
-/// The step of that name, or of that number counted from 1.
-CPOHVCase* stepOf(CPOHCase& owner, const std::string& text) {
-    const auto& steps = owner.GetVCaseList();
-    if (CPOHVCase* step = byName(steps, text)) return step;
-    std::size_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool isNumber = error == std::errc{} && end == text.data() + text.size();
-    return isNumber && number >= 1 && number <= steps.size() ? steps[number - 1] : nullptr;
 }
 
 /// CASE or CASE:STEP. Names may hold colons themselves.
@@ -57,7 +32,7 @@ Result<std::pair<CPOHCase*, CPOHVCase*>> casePartOf(CPOHAnalysis& analysis, cons
         CPOHCase* owner = byName(cases, text.substr(0, colon));
         if (!owner) continue;
         const std::string name = text.substr(colon + 1);
-        if (CPOHVCase* step = stepOf(*owner, name)) return std::pair(owner, step);
+        if (CPOHVCase* step = stepOf(owner->GetVCaseList(), name)) return std::pair(owner, step);
         const auto steps = namesOf(owner->GetVCaseList());
         fault = "case \"" + text.substr(0, colon) + "\" has no step \"" + name + "\"" + hint(name, steps);
     }

@@ -1,6 +1,6 @@
 #include "workbench/cli/ResultChoice.h"
 
-#include "framework/text/CodePage.h"
+#include "workbench/cli/ResultNames.h"
 #include "workbench/import/Names.h"
 #include "workbench/results/Catalogue.h"
 #include "workbench/results/ResultQuery.h"
@@ -8,27 +8,15 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <charconv>
-#include <optional>
 
 namespace workbench::cli {
 namespace {
-
-template <class T>
-std::vector<std::string> namesOf(const std::vector<T*>& children) {
-    std::vector<std::string> names;
-    for (T* child : children)
-        names.push_back(framework::toUtf8(child->GetName()));
-    return names;
-}
 
 /// The only child for an empty name, else the one of that name; null for none.
 template <class T>
 T* childOf(const std::vector<T*>& children, const std::string& name) {
     if (name.empty()) return children.size() == 1 ? children.front() : nullptr;
-    const auto found =
-        std::ranges::find(children, framework::fromUtf8(name), [](T* child) { return child->GetName(); });
-    return found == children.end() ? nullptr : *found;
+    return byName(children, name);
 }
 
 /// ", did you mean ...?" for the first of the three names that does not exist.
@@ -41,21 +29,11 @@ std::string suggestionFor(CPOHManager& results, const ResultChoice& choice) {
     return suggestion(choice.step, namesOf(resultCase->GetVCaseList()));
 }
 
-std::optional<std::size_t> asNumber(const std::string& text) {
-    std::size_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
-    return number;
-}
-
-/// The step of that number, counted from 1, where no step has the number as its name.
+/// The step of that number, where there is none of that name.
 CPOHVCase* stepByNumber(CPOHManager& results, const ResultChoice& choice) {
-    const auto number = asNumber(choice.step);
     CPOHAnalysis* analysis = childOf(results.GetChildList(), choice.analysis);
-    CPOHCase* resultCase = number && analysis ? childOf(analysis->GetChildList(), choice.caseName) : nullptr;
-    if (!resultCase) return nullptr;
-    const auto& steps = resultCase->GetVCaseList();
-    return *number >= 1 && *number <= steps.size() ? steps[*number - 1] : nullptr;
+    CPOHCase* resultCase = analysis ? childOf(analysis->GetChildList(), choice.caseName) : nullptr;
+    return resultCase ? stepOf(resultCase->GetVCaseList(), choice.step) : nullptr;
 }
 
 /// The words in upper case, without brackets and the like.
