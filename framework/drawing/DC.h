@@ -81,7 +81,8 @@ class VEXA_API CDC {
     void FillSolidRect(int x, int y, int width, int height, COLORREF color);
     int TextOut(int x, int y, const std::wstring& text);
     /// SRCCOPY, the only operation: shows a part of another context's bitmap. Its commands are handed over as
-    /// they are now; zero when they come through more than 64 transfers, or `source` has no context.
+    /// they are now; zero when they come through more than 64 transfers or to more than four million, or
+    /// `source` has no context.
     int BitBlt(int x, int y, int width, int height, CDC* source, int sourceX, int sourceY, DWORD operation);
 
     UINT SetTextAlign(UINT align); // these answer what was set before

@@ -11,6 +11,7 @@ void Recording::clear() {
     boxes_.clear();
     texts_.clear();
     depth_ = 0;
+    shownInside_ = 0;
 }
 
 void Recording::fill(const CRect& rect, COLORREF color) {
@@ -59,7 +60,8 @@ bool Recording::transfer(const CRect& target, CPoint source, std::shared_ptr<con
         made = TransferCommand{shown, origin + shown.TopLeft(),
                                std::shared_ptr<const Recording>(inner->content)};
     }
-    if (made.content->depth_ >= kMostDepth) return false;
+    if (!made.content->canBeShown() || shown() + made.content->shown() > kMostShown) return false;
+    shownInside_ += made.content->shown();
     depth_ = std::max(depth_, made.content->depth_ + 1);
     commands_.emplace_back(std::move(made));
     return true;

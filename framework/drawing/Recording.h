@@ -74,6 +74,9 @@ class VEXA_API Recording {
   public:
     /// Transfers lie in one another this deep at most.
     static constexpr int kMostDepth = 64;
+    /// And come to so many commands at most, counted wherever they are shown: what shows itself twice each
+    /// time would be without end.
+    static constexpr std::size_t kMostShown = std::size_t{1} << 22;
 
     const std::vector<DrawCommand>& commands() const { return commands_; }
     std::span<const CPoint> points(const PolylineCommand& line) const {
@@ -84,6 +87,9 @@ class VEXA_API Recording {
     }
     const DrawnText& text(const TextCommand& command) const { return texts_[command.index]; }
     int depth() const { return depth_; }
+    std::size_t shown() const { return commands_.size() + shownInside_; }
+    /// Whether another recording can show it.
+    bool canBeShown() const { return depth_ < kMostDepth && shown() <= kMostShown; }
 
     void clear(); ///< keeps its memory
     void fill(const CRect& rect, COLORREF color);
@@ -91,8 +97,8 @@ class VEXA_API Recording {
     void lines(const PenLook& pen, CPoint from, std::span<const CPoint> to);
     void ellipse(const PenLook& pen, const BrushLook& brush, const CRect& box);
     void write(DrawnText text);
-    /// False, and nothing recorded, when the content is too deep. Content that is itself but one transfer is
-    /// taken for what it shows.
+    /// False, and nothing recorded, when the content is too deep, or too much. Content that is itself but one
+    /// transfer is taken for what it shows.
     bool transfer(const CRect& target, CPoint source, std::shared_ptr<const Recording> content);
 
     /// Makes room for so many more points, before a long line comes in pieces.
@@ -107,6 +113,7 @@ class VEXA_API Recording {
     std::vector<CRect> boxes_;
     std::vector<DrawnText> texts_;
     int depth_ = 0; ///< of transfers in one another
+    std::size_t shownInside_ = 0;
 };
 
 } // namespace framework

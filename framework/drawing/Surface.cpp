@@ -27,7 +27,7 @@ void Surface::fill(const CRect& rect, COLORREF color) {
 }
 
 bool Surface::transfer(const CRect& target, CPoint source, std::shared_ptr<const Recording> content) {
-    if (content->depth() >= Recording::kMostDepth) return false;
+    if (!content->canBeShown()) return false;
     if (isCoveredBy(target)) clear();
     return change().transfer(target, source, std::move(content));
 }

@@ -24,7 +24,7 @@ class VEXA_API Surface {
     void resize(CSize size) { size_ = size; }
     /// A fill over all of it forgets what lies under it.
     void fill(const CRect& rect, COLORREF color);
-    /// The same for a transfer, which is opaque. False when it is too deep.
+    /// The same for a transfer, which is opaque. False when it is too deep, or too much.
     bool transfer(const CRect& target, CPoint source, std::shared_ptr<const Recording> content);
 
   private:

@@ -285,11 +285,22 @@ TEST_F(Memory, TransfersDoNotGrowWithoutEnd) {
         ASSERT_EQ(dc.BitBlt(0, 0, 20, 10, &second, 0, 0, SRCCOPY), 1);
     }
     EXPECT_EQ(onPicture(0, 0, 20, 10, 2, 1), "transfer 0,0-18,9 from 2,1\n  fill 0,0-20,10 #000000\n");
-    // A picture that is moved over itself and added to each time is another one each time.
+    // Pictures in one another, each with something of its own over the other.
+    int deep = 0;
+    CDC *from = &dc, *to = &second;
+    for (; deep < 1000 && to->BitBlt(0, 0, 20, 10, from, 0, 0, SRCCOPY); ++deep) {
+        to->LineTo(deep, 5);
+        std::swap(from, to);
+    }
+    EXPECT_EQ(deep, int{framework::Recording::kMostDepth});
+    // A picture that is moved over itself shows what was there twice each time.
+    dc.FillSolidRect(0, 0, 20, 10, kRed);
     int moved = 0;
     while (moved < 1000 && dc.BitBlt(-1, 0, 20, 10, &dc, 0, 0, SRCCOPY))
         ++moved;
-    EXPECT_EQ(moved, int{framework::Recording::kMostDepth});
+    EXPECT_EQ(moved, 21) << "2^22 commands";
+    dc.FillSolidRect(0, 0, 20, 10, kRed);
+    EXPECT_EQ(dc.BitBlt(-1, 0, 20, 10, &dc, 0, 0, SRCCOPY), 1) << "begun anew";
 }
 
 TEST(Recording, AReplayTakesTheRoomOfOne) {
