@@ -60,7 +60,7 @@ TEST(PixelPath, RunsAreThePixelsNearestToTheLine) {
 }
 
 TEST(PixelPath, CoversTheSamePixelsWithFewPoints) {
-    constexpr int kColumns = 30, kPoints = 5000;
+    constexpr int kColumns = 30, kPoints = 1000;
     const CRect seen(0, -5, kColumns, 15);
     const auto covered = [&](const std::vector<CPoint>& points) {
         std::set<std::pair<int, int>> pixels;
