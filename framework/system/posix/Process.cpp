@@ -1,7 +1,5 @@
-#include "framework/system/Process.h"
-
 #include "framework/files/PathMap.h"
-#include "framework/system/SystemError.h"
+#include "framework/system/ChildProcess.h"
 #include "framework/text/CodePage.h"
 
 #include <fcntl.h>
@@ -17,9 +15,6 @@ extern char** environ;
 namespace framework {
 
 namespace {
-
-std::optional<ProcessEnd> g_lastEnd;
-std::wstring g_lastFailure;
 
 /// What the child does with its descriptors before the program starts: it reads nothing, it has nothing of
 /// ours, and what it prints does not mix with our own output.
@@ -85,29 +80,13 @@ ProcessEnd waitFor(pid_t child, const std::wstring& program) {
 
 } // namespace
 
-int runProcess(const ProcessRequest& request) {
-    forgetLastProcess();
+std::optional<ProcessEnd> runChild(const ProcessRequest& request, int& error) {
     const std::string program = nativePath(request.program).native();
     const std::string argument = toUtf8(request.argument);
     pid_t child = 0;
-    if (const int error = start(program, argument, child)) {
-        g_lastFailure = L"cannot start " + request.program + L": " + systemErrorText(error);
-        return 0;
-    }
-    g_lastEnd = waitFor(child, request.program);
-    return 1;
-}
-
-void forgetLastProcess() {
-    g_lastEnd.reset();
-    g_lastFailure.clear();
-}
-
-const std::optional<ProcessEnd>& lastProcessEnd() {
-    return g_lastEnd;
-}
-const std::wstring& lastProcessFailure() {
-    return g_lastFailure;
+    error = start(program, argument, child);
+    if (error) return std::nullopt;
+    return waitFor(child, request.program);
 }
 
 } // namespace framework

@@ -1,10 +1,9 @@
 #include "framework/system/SystemError.h"
 
+#include "framework/system/StandardError.h"
 #include "framework/text/CodePage.h"
 
 #include <string.h>
-
-#include <cerrno>
 
 namespace framework {
 
@@ -17,33 +16,8 @@ std::wstring systemErrorText(int osError) {
     return L"error " + std::to_wstring(osError);
 }
 
-CFileException::Cause fileCause(int osError) {
-    switch (osError) {
-    case 0:
-        return CFileException::none;
-    case ENOENT:
-        return CFileException::fileNotFound;
-    case ENOTDIR:
-    case ENAMETOOLONG:
-    case ELOOP:
-    case EINVAL:
-        return CFileException::badPath;
-    case EACCES:
-    case EPERM:
-    case EROFS:
-    case EISDIR:
-    case EEXIST:
-        return CFileException::accessDenied;
-    case ETXTBSY:
-    case EBUSY:
-        return CFileException::sharingViolation;
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG:
-        return CFileException::diskFull;
-    default:
-        return CFileException::genericException;
-    }
+int standardError(int osError) {
+    return osError;
 }
 
 } // namespace framework

@@ -1,15 +1,10 @@
-#include "framework/system/Process.h"
-
-#include "framework/system/SystemError.h"
+#include "framework/system/ChildProcess.h"
 
 #include <windows.h>
 
 namespace framework {
 
 namespace {
-
-std::optional<ProcessEnd> g_lastEnd;
-std::wstring g_lastFailure;
 
 /// The handles of a child process; closed with the object.
 class Child {
@@ -51,28 +46,11 @@ class Child {
 
 } // namespace
 
-int runProcess(const ProcessRequest& request) {
-    forgetLastProcess();
+std::optional<ProcessEnd> runChild(const ProcessRequest& request, int& error) {
     Child child;
-    if (const int error = child.start(request.commandLine)) {
-        g_lastFailure = L"cannot start " + request.program + L": " + systemErrorText(error);
-        return 0;
-    }
-    if (!child.wait()) return 0;
-    g_lastEnd = ProcessEnd{request.program, child.exitCode(), 0};
-    return 1;
-}
-
-void forgetLastProcess() {
-    g_lastEnd.reset();
-    g_lastFailure.clear();
-}
-
-const std::optional<ProcessEnd>& lastProcessEnd() {
-    return g_lastEnd;
-}
-const std::wstring& lastProcessFailure() {
-    return g_lastFailure;
+    error = child.start(request.commandLine);
+    if (error || !child.wait()) return std::nullopt;
+    return ProcessEnd{request.program, child.exitCode(), 0};
 }
 
 } // namespace framework

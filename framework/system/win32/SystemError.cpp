@@ -1,5 +1,6 @@
 #include "framework/system/SystemError.h"
 
+#include "framework/system/StandardError.h"
 #include "framework/system/win32/Errors.h"
 #include "framework/text/CodePage.h"
 
@@ -11,25 +12,6 @@
 namespace framework {
 
 namespace {
-
-/// The standard library's number for an error of the system, so that an error has one name and one sentence
-/// on every platform.
-int standardError(int osError) {
-    switch (osError) {
-    case ERROR_INVALID_NAME:
-    case ERROR_BAD_PATHNAME:
-        return EINVAL;
-    case ERROR_EXE_MACHINE_TYPE_MISMATCH:
-    case ERROR_BAD_EXE_FORMAT:
-        return ENOEXEC;
-    case kErrorIsFolder:
-        return EISDIR;
-    default: {
-        const auto condition = std::system_category().default_error_condition(osError);
-        return condition.category() == std::generic_category() ? condition.value() : 0;
-    }
-    }
-}
 
 /// The system's own sentence, in English where it has it.
 std::wstring ownText(DWORD osError, DWORD language) {
@@ -43,6 +25,26 @@ std::wstring ownText(DWORD osError, DWORD language) {
 
 } // namespace
 
+int standardError(int osError) {
+    switch (osError) {
+    case ERROR_INVALID_NAME:
+    case ERROR_BAD_PATHNAME:
+        return EINVAL;
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+        return EBUSY;
+    case ERROR_EXE_MACHINE_TYPE_MISMATCH:
+    case ERROR_BAD_EXE_FORMAT:
+        return ENOEXEC;
+    case kErrorIsFolder:
+        return EISDIR;
+    default: {
+        const auto condition = std::system_category().default_error_condition(osError);
+        return condition.category() == std::generic_category() ? condition.value() : 0;
+    }
+    }
+}
+
 std::wstring systemErrorText(int osError) {
     if (const int standard = standardError(osError))
         return fromUtf8(std::generic_category().message(standard));
@@ -50,39 +52,6 @@ std::wstring systemErrorText(int osError) {
     for (const DWORD language : {DWORD{MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US)}, DWORD{0}})
         if (const std::wstring text = ownText(number, language); !text.empty()) return text;
     return L"error " + std::to_wstring(osError);
-}
-
-CFileException::Cause fileCause(int osError) {
-    switch (osError) {
-    case 0:
-        return CFileException::none;
-    case ERROR_SHARING_VIOLATION:
-    case ERROR_LOCK_VIOLATION:
-        return CFileException::sharingViolation;
-    default:
-        break;
-    }
-    switch (standardError(osError)) {
-    case ENOENT:
-        return CFileException::fileNotFound;
-    case ENOTDIR:
-    case ENAMETOOLONG:
-    case EINVAL:
-        return CFileException::badPath;
-    case EACCES:
-    case EPERM:
-    case EROFS:
-    case EISDIR:
-    case EEXIST:
-        return CFileException::accessDenied;
-    case EBUSY:
-        return CFileException::sharingViolation;
-    case ENOSPC:
-    case EFBIG:
-        return CFileException::diskFull;
-    default:
-        return CFileException::genericException;
-    }
 }
 
 } // namespace framework
