@@ -1,9 +1,7 @@
 #include "host/FileCtrl.h"
 
 #include "framework/files/PathMap.h"
-
-#include <filesystem>
-#include <system_error>
+#include "framework/system/FileHandle.h"
 
 namespace {
 
@@ -24,9 +22,7 @@ std::size_t extensionStart(const std::wstring& path) {
 } // namespace
 
 bool CFileCtrl::FileExists(const std::wstring& path) {
-    std::error_code error;
-    const auto status = std::filesystem::status(framework::nativePath(path), error);
-    return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
+    return framework::fileExists(framework::nativePath(path));
 }
 
 std::wstring CFileCtrl::GetFilePath(const std::wstring& path) {

@@ -38,6 +38,9 @@ class FileHandle {
     std::intptr_t handle_ = kClosed;
 };
 
+/// Whether there is a file, not a folder.
+bool fileExists(const std::filesystem::path& path);
+
 /// Deletes a file, never a folder. The system's error number, 0 on success.
 int removeFile(const std::filesystem::path& path);
 

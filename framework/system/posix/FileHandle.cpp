@@ -36,11 +36,15 @@ int descriptor(std::intptr_t handle) {
     return static_cast<int>(handle);
 }
 
+/// The system would take the part before a zero character for the whole name.
+bool holdsZero(const std::filesystem::path& path) {
+    return path.native().find('\0') != std::string::npos;
+}
+
 } // namespace
 
 int FileHandle::open(const std::filesystem::path& path, FileAccess access, FileCreation creation) {
-    // The system would take the part before a zero character for the whole name.
-    if (path.native().find('\0') != std::string::npos) return EINVAL;
+    if (holdsZero(path)) return EINVAL;
     int opened = -1;
     do {
         opened = ::open(path.c_str(), openFlags(access, creation), 0666);
@@ -102,11 +106,18 @@ int FileHandle::close() {
     return ::close(closing) != 0 && errno != EINTR ? errno : 0;
 }
 
+bool fileExists(const std::filesystem::path& path) {
+    struct stat status {};
+    return !holdsZero(path) && ::stat(path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+}
+
 int removeFile(const std::filesystem::path& path) {
+    if (holdsZero(path)) return EINVAL;
     return ::unlink(path.c_str()) != 0 ? errno : 0;
 }
 
 int renameFile(const std::filesystem::path& from, const std::filesystem::path& to) {
+    if (holdsZero(from) || holdsZero(to)) return EINVAL;
 #ifdef RENAME_NOREPLACE
     if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return 0;
     if (errno != EINVAL && errno != ENOSYS) return errno;

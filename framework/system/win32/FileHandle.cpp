@@ -27,13 +27,13 @@ bool holdsZero(const std::filesystem::path& path) {
 }
 
 /// Paths beyond the old limit need a prefix, which takes absolute paths in the system's own spelling only.
-std::filesystem::path openablePath(const std::filesystem::path& path) {
+std::wstring openablePath(const std::filesystem::path& path) {
     constexpr std::size_t kLongestPlainPath = 240;
-    if (path.native().size() < kLongestPlainPath || path.native().starts_with(L"\\\\")) return path;
+    if (path.native().starts_with(L"\\\\?\\") || path.native().starts_with(L"\\\\.\\")) return path;
     std::error_code error;
-    std::filesystem::path absolute = std::filesystem::absolute(path, error);
-    if (error) return path;
-    return L"\\\\?\\" + absolute.make_preferred().native();
+    const std::wstring absolute = std::filesystem::absolute(path, error).make_preferred().native();
+    if (error || absolute.size() < kLongestPlainPath) return path;
+    return absolute.starts_with(L"\\\\") ? L"\\\\?\\UNC" + absolute.substr(1) : L"\\\\?\\" + absolute;
 }
 
 DWORD accessFlags(FileAccess access) {
@@ -58,7 +58,7 @@ DWORD creationFlags(FileCreation creation) {
     }
 }
 
-bool isFolder(const std::filesystem::path& path) {
+bool isFolder(const std::wstring& path) {
     const DWORD attributes = ::GetFileAttributesW(path.c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
@@ -67,7 +67,7 @@ bool isFolder(const std::filesystem::path& path) {
 
 int FileHandle::open(const std::filesystem::path& path, FileAccess access, FileCreation creation) {
     if (holdsZero(path)) return ERROR_INVALID_NAME;
-    const std::filesystem::path name = openablePath(path);
+    const std::wstring name = openablePath(path);
     const HANDLE opened = ::CreateFileW(name.c_str(), accessFlags(access), FILE_SHARE_READ | FILE_SHARE_WRITE,
                                         nullptr, creationFlags(creation), FILE_ATTRIBUTE_NORMAL, nullptr);
     if (opened == INVALID_HANDLE_VALUE) {
@@ -127,13 +127,20 @@ int FileHandle::close() {
     return ::CloseHandle(closing) ? 0 : lastError();
 }
 
+bool fileExists(const std::filesystem::path& path) {
+    if (holdsZero(path)) return false;
+    const DWORD attributes = ::GetFileAttributesW(openablePath(path).c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
 int removeFile(const std::filesystem::path& path) {
+    if (holdsZero(path)) return ERROR_INVALID_NAME;
     return ::DeleteFileW(openablePath(path).c_str()) ? 0 : lastError();
 }
 
 int renameFile(const std::filesystem::path& from, const std::filesystem::path& to) {
-    const std::filesystem::path source = openablePath(from);
-    return ::MoveFileExW(source.c_str(), openablePath(to).c_str(), 0) ? 0 : lastError();
+    if (holdsZero(from) || holdsZero(to)) return ERROR_INVALID_NAME;
+    return ::MoveFileExW(openablePath(from).c_str(), openablePath(to).c_str(), 0) ? 0 : lastError();
 }
 
 } // namespace framework
