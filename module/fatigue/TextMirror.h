@@ -1,8 +1,9 @@
 #pragma once
 
-#include "framework/files/FileException.h"
+#include "framework/files/File.h"
 
-#include <fstream>
+#include <ostream>
+#include <streambuf>
 #include <string>
 
 namespace fatigue {
@@ -11,19 +12,32 @@ namespace fatigue {
 /// digits) in the C locale.
 class TextMirror {
   public:
+    TextMirror();
     void open(const std::wstring& path); ///< raises CFileException
     /// Null while the mirror is closed.
-    std::ostream* stream() { return stream_.is_open() ? &stream_ : nullptr; }
+    std::ostream* stream() { return file_.IsOpen() ? &stream_ : nullptr; }
     /// Flushes and closes; raises CFileException when anything written so far was lost.
-    void close();
+    void close() { file_.Close(); }
     /// Closes without a word, after another failure.
     void abandon() noexcept;
 
   private:
-    [[noreturn]] void fail(CFileException::Operation operation);
+    /// Hands text to the file with the platform's line ends. A failed write ends the stream; the file tells
+    /// of it when it is closed.
+    class Buffer : public std::streambuf {
+      public:
+        explicit Buffer(CFile& file)
+            : file_(file) {}
 
-    std::wstring path_;
-    std::ofstream stream_;
+      private:
+        std::streamsize xsputn(const char* text, std::streamsize count) override;
+        int_type overflow(int_type character) override;
+        CFile& file_;
+    };
+
+    CFile file_;
+    Buffer buffer_{file_};
+    std::ostream stream_{&buffer_};
 };
 
 } // namespace fatigue

@@ -192,29 +192,33 @@ TEST(InterfaceFile, ListsOnlyNodesOfTheDefinitionsMaterials) {
 }
 
 /// Lets something stand under a name that takes no file.
-using Obstacle = void (*)(const std::filesystem::path&);
-const Obstacle kObstacles[] = {
-    [](const std::filesystem::path& path) { std::filesystem::create_directory(path); },
+const struct {
+    const wchar_t* cause; ///< end of the message
+    void (*make)(const std::filesystem::path&);
+} kObstacles[] = {
+    {L": Is a directory", [](const std::filesystem::path& path) { std::filesystem::create_directory(path); }},
 #ifndef _WIN32
-    [](const std::filesystem::path& path) {
-        ASSERT_TRUE(std::filesystem::is_character_file("/dev/full")) << "this machine has no full device";
-        std::filesystem::create_symlink("/dev/full", path);
-    },
-    [](const std::filesystem::path& path) { std::filesystem::create_symlink("/nowhere/at/all", path); },
+    {L": No space left on device",
+     [](const std::filesystem::path& path) {
+         ASSERT_TRUE(std::filesystem::is_character_file("/dev/full")) << "this machine has no full device";
+         std::filesystem::create_symlink("/dev/full", path);
+     }},
+    {L": No such file or directory",
+     [](const std::filesystem::path& path) { std::filesystem::create_symlink("/nowhere/at/all", path); }},
 #endif
 };
 
 TEST(InterfaceFile, ReportsAFileThatCannotBeWritten) {
     for (const char* name : {"FATIGUE.76", "model_Static_FATIGUE_76.txt"})
-        for (const Obstacle& obstacle : kObstacles) {
+        for (const auto& obstacle : kObstacles) {
             SCOPED_TRACE(name + std::string(", obstacle ") + std::to_string(&obstacle - kObstacles));
             FatigueModel model;
             model.host.environment[L"FatigueText"] = L"YES";
-            obstacle(model.folder / name);
+            obstacle.make(model.folder / name);
             EXPECT_EQ(model.run(), 0);
             ASSERT_EQ(model.host.errors.size(), 1u);
-            EXPECT_NE(model.host.errors[0].find(framework::widePath(name)), std::wstring::npos)
-                << framework::nativePath(model.host.errors[0]);
+            const std::wstring end = framework::widePath(name) + obstacle.cause;
+            EXPECT_TRUE(model.host.errors[0].ends_with(end)) << framework::toUtf8(model.host.errors[0]);
             EXPECT_TRUE(model.host.boxes.empty()) << "the solver must not be asked for";
             EXPECT_EQ(model.doc.postModes, std::vector<int>{0});
             EXPECT_EQ(model.host.waitCursor, (std::vector<bool>{true, false}));
