@@ -28,11 +28,12 @@ std::wstring axisText(const ChartState& state, int axis, double value) {
     return text;
 }
 
-ChartOverhang overhangOf(const ChartTicks& ticks, const ChartView& view, double width, double textPixels) {
+ChartOverhang overhangOf(const ChartTicks& ticks, const ChartView& view, double width,
+                         const std::function<double(const std::wstring&)>& widthOf) {
     ChartOverhang overhang{0.0, 0.0};
     for (std::size_t i = 0; i < ticks.labels.size(); ++i) {
         const double middle = pixelOf(view, ticks.major[i], view.y.lower).x;
-        const double half = 0.5 * chartTextWidth(ticks.labels[i], textPixels);
+        const double half = 0.5 * widthOf(ticks.labels[i]);
         overhang.left = std::max(overhang.left, half - middle);
         overhang.right = std::max(overhang.right, middle + half - width);
     }

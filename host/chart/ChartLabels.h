@@ -2,6 +2,7 @@
 
 #include "host/chart/ChartView.h"
 
+#include <functional>
 #include <string>
 
 namespace tqx::frx {
@@ -13,13 +14,13 @@ VEXA_API std::wstring axisText(const ChartState& state, int axis, double value);
 void thinLabels(ChartTicks& ticks, bool across, double pixels, double lineHeight);
 
 /// How far the labels of the x axis reach beyond a picture of so many pixels, beside its left and right end;
-/// 0 where making room would take more than half of the plot.
+/// 0 where making room would take more than half of the plot. `widthOf` measures a label in pixels.
 struct ChartOverhang {
     double left;
     double right;
 };
 VEXA_API ChartOverhang overhangOf(const ChartTicks& ticks, const ChartView& view, double width,
-                                  double textPixels);
+                                  const std::function<double(const std::wstring&)>& widthOf);
 
 /// A text cut to so many pixels, with "..." at its end where it was.
 VEXA_API std::wstring shortenedText(const std::wstring& text, double pixels, double textPixels);

@@ -185,7 +185,8 @@ class Writer {
         view_.left += widest + kTick + 3.0;
         view_.width = std::max(0.0, most + kGap - view_.left);
         ticksX_ = chartTicks(state_, ChartAxis::X, view_.x, view_.width, kLine);
-        const ChartOverhang overhang = overhangOf(ticksX_, view_, width_, kText);
+        const ChartOverhang overhang = overhangOf(
+            ticksX_, view_, width_, [](const std::wstring& label) { return chartTextWidth(label, kText); });
         view_.left += overhang.left;
         view_.width = std::max(0.0, view_.width - overhang.left - overhang.right);
         ticksX_ = chartTicks(state_, ChartAxis::X, view_.x, view_.width, kLine);

@@ -18,6 +18,7 @@ constexpr int kText = kChartText;
 constexpr int kTitle = 15;
 constexpr double kLine = 16.0; ///< height of a line of labels
 constexpr int kLeastMargin = 15;
+constexpr double kBorder = 2.0; ///< a label that comes nearer to the border is left out by the library
 constexpr double kLeastStretch = 0.001;
 constexpr double kReach = 12.0; ///< of the tool tip, pixels
 constexpr const char* kOverlay = "overlay";
@@ -137,8 +138,12 @@ void ChartWidget::makeTip() {
 
 ChartView ChartWidget::view() const {
     const QRect plot = axisRect()->rect();
-    const ChartState* state = source_();
-    return state ? chartView(*state, plot.left(), plot.top(), plot.width(), plot.height()) : ChartView();
+    ChartView seen = shown_;
+    seen.left = plot.left();
+    seen.top = plot.top();
+    seen.width = std::max(0, plot.width()); // a window may have no room for a plot
+    seen.height = std::max(0, plot.height());
+    return seen;
 }
 
 void ChartWidget::showState() {
@@ -148,7 +153,10 @@ void ChartWidget::showState() {
         showTexts(*state);
         showAxes(*state);
         placePlot(*state);
+        const QRect placed = axisRect()->rect();
         showSeries();
+        placePlot(*state); // a legend may have come or gone
+        if (axisRect()->rect() != placed) showSeries();
     }
     replot(rpRefreshHint);
 }
@@ -157,16 +165,18 @@ void ChartWidget::showState() {
 void ChartWidget::placePlot(const ChartState& state) {
     QMargins margins(kLeastMargin, kLeastMargin, kLeastMargin, kLeastMargin);
     axisRect()->setMinimumMargins(margins);
-    replot(rpImmediateRefresh);
+    updateLayout();
     const ChartView seen = view();
+    const QFontMetricsF metrics(fontOf(kText));
     const ChartOverhang overhang = overhangOf(
-        chartTicks(state, ChartAxis::X, seen.x, std::max(1.0, seen.width), kLine), seen, width(), kText);
+        chartTicks(state, ChartAxis::X, seen.x, std::max(1.0, seen.width), kLine), seen, width() - kBorder,
+        [&](const std::wstring& label) { return metrics.horizontalAdvance(qText(label)); });
     if (overhang.left <= 0.0 && overhang.right <= 0.0) return;
     const auto pixels = [](double length) { return static_cast<int>(std::ceil(length)); };
     if (overhang.left > 0.0) margins.setLeft(axisRect()->margins().left() + pixels(overhang.left));
     margins.setRight(axisRect()->margins().right() + pixels(overhang.right));
     axisRect()->setMinimumMargins(margins);
-    replot(rpImmediateRefresh);
+    updateLayout();
 }
 
 void ChartWidget::showTexts(const ChartState& state) {
@@ -189,6 +199,7 @@ void ChartWidget::showTexts(const ChartState& state) {
 }
 
 void ChartWidget::showAxes(const ChartState& state) {
+    shown_ = chartView(state, 0.0, 0.0, 0.0, 0.0);
     showAxis(state, ChartAxis::X);
     showAxis(state, ChartAxis::Y);
     xAxis2->setVisible(state.frame);
@@ -202,7 +213,7 @@ void ChartWidget::showAxis(const ChartState& state, int which) {
     axis.setLabel(qText(shortenedText(own.title, which == ChartAxis::X ? width() : height(), titlePixels)));
     axis.setLabelFont(fontOf(titlePixels));
     axis.setScaleType(isLog(state, which) ? QCPAxis::stLogarithmic : QCPAxis::stLinear);
-    const ChartRange range = shownRange(state, which);
+    const ChartRange& range = which == ChartAxis::X ? shown_.x : shown_.y;
     axis.setRange(range.lower, range.upper);
     axis.grid()->setVisible(state.grid || state.minorGrid);
     axis.grid()->setPen(state.grid ? QPen(kGrid) : QPen(Qt::NoPen));

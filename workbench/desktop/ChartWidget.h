@@ -53,6 +53,7 @@ class ChartWidget : public QCustomPlot {
     QCPItemEllipse* tipMark_ = nullptr;
     std::optional<QPointF> dragStart_;
     tqx::frx::ChartView dragView_;
+    tqx::frx::ChartView shown_; ///< the ranges as they were drawn
 };
 
 } // namespace workbench::desktop

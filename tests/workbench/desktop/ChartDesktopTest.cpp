@@ -231,6 +231,14 @@ TEST_F(ChartOnScreen, OddDataAndSizesAreDrawn) {
     show();
 }
 
+TEST_F(ChartOnScreen, TheLastLabelHasRoom) {
+    chart->ShowLegend(0);
+    chart->SetAxisDataFormat(ChartAxis::X, L"%.4le");
+    show();
+    const double half = QFontMetricsF(plot().xAxis->tickLabelFont()).horizontalAdvance("5.0000e+00") / 2.0;
+    EXPECT_LE(at(5, 0).x() + half, plot().width() - 1.0); // else it is left out
+}
+
 TEST_F(ChartOnScreen, ListsThatAreCutSaySo) {
     host.texts[L"IDS_CHART_MORE"] = L"... and %d more";
     const auto said = [&] {
