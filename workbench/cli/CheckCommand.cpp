@@ -2,7 +2,6 @@
 #include "workbench/cli/Output.h"
 #include "workbench/session/ModelCheck.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
@@ -31,10 +30,10 @@ std::string counted(std::uint64_t count, const char* one, const char* many) {
 
 class CheckCommand final : public Command {
   public:
-    explicit CheckCommand(CLI::App& app) {
-        CLI::App* command = app.add_subcommand("check", "Verify a document and its result files");
-        command->add_option("model", model_, "Document (.wkm)")->required();
-        command->footer(
+    explicit CheckCommand(CommandLine& program) {
+        CommandLine command = program.command("check", "Verify a document and its result files");
+        command.option("model", model_, "Document (.wkm)").required();
+        command.footer(
             "Reads everything once: the database and its checksum, the mesh, references between records,\n"
             "every table of every registered result file, and the files beside the document.\n"
             "Prints a line for each fault, with what to do, and for what is worth knowing; changes nothing.\n"
@@ -95,8 +94,8 @@ class CheckCommand final : public Command {
 
 } // namespace
 
-std::unique_ptr<Command> makeCheckCommand(CLI::App& app) {
-    return std::make_unique<CheckCommand>(app);
+std::unique_ptr<Command> makeCheckCommand(CommandLine& program) {
+    return std::make_unique<CheckCommand>(program);
 }
 
 } // namespace workbench::cli

@@ -5,7 +5,6 @@
 #include "workbench/import/Names.h"
 #include "workbench/results/Catalogue.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include <charconv>
@@ -69,21 +68,19 @@ constexpr const char* kEnvelopes[] = {"max", "min", "absmaxu", "absmax"}; ///< b
 
 class CombineCommand final : public Command {
   public:
-    explicit CombineCommand(CLI::App& app) {
-        CLI::App* command = app.add_subcommand("combine", "Combine results linearly or into an envelope");
-        command->add_option("model", model_, "Document (.wkm)")->required();
-        command->add_option("item", items_, "Cases or steps with their factors: CASE[:STEP][*FACTOR]")
-            ->required();
-        command->add_option("--analysis", analysis_, "Analysis by name")->required();
-        command->add_option("--name", name_, "Name of the new result set")->required();
-        auto* kind = command->add_option_group("What is made");
-        kind->add_flag("--linear", linear_, "The sum of factor times value");
-        kind->add_option("--envelope", envelope_,
-                         "The extreme of factor times value: max, min, absmaxu (largest magnitude), absmax "
-                         "(value of the largest magnitude)")
-            ->check(CLI::IsMember(std::vector<std::string>(std::begin(kEnvelopes), std::end(kEnvelopes))));
-        kind->require_option(1);
-        command->footer(
+    explicit CombineCommand(CommandLine& program) {
+        CommandLine command = program.command("combine", "Combine results linearly or into an envelope");
+        command.option("model", model_, "Document (.wkm)").required();
+        command.option("item", items_, "Cases or steps with their factors: CASE[:STEP][*FACTOR]").required();
+        command.option("--analysis", analysis_, "Analysis by name").required();
+        command.option("--name", name_, "Name of the new result set").required();
+        CommandLine kind = command.choice("What is made");
+        kind.flag("--linear", linear_, "The sum of factor times value");
+        kind.option("--envelope", envelope_,
+                    "The extreme of factor times value: max, min, absmaxu (largest magnitude), absmax "
+                    "(value of the largest magnitude)")
+            .oneOf({std::begin(kEnvelopes), std::end(kEnvelopes)});
+        command.footer(
             "A whole case takes part with all its steps: step by step in a linear combination (a case of "
             "one\n"
             "step counts in each), each for itself in an envelope. Steps go by name or by number from 1.\n"
@@ -165,8 +162,8 @@ class CombineCommand final : public Command {
 
 } // namespace
 
-std::unique_ptr<Command> makeCombineCommand(CLI::App& app) {
-    return std::make_unique<CombineCommand>(app);
+std::unique_ptr<Command> makeCombineCommand(CommandLine& program) {
+    return std::make_unique<CombineCommand>(program);
 }
 
 } // namespace workbench::cli

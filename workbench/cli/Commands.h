@@ -1,23 +1,13 @@
 #pragma once
 
+#include "workbench/cli/CommandLine.h"
 #include "workbench/session/WorkbenchHost.h"
 
 #include <memory>
 #include <string>
 #include <vector>
 
-namespace CLI {
-class App;
-}
-
 namespace workbench::cli {
-
-/// Exit codes of the program.
-enum ExitCode : int {
-    kDone = 0,
-    kFailed = 1, ///< the input is wrong or the work failed; the standard error output says why
-    kUsage = 2,  ///< the command line is wrong
-};
 
 /// What every command takes.
 struct CommonOptions {
@@ -35,14 +25,14 @@ class Command {
     virtual int run(WorkbenchHost& host, const CommonOptions& common) = 0;
 };
 
-std::unique_ptr<Command> makeNewCommand(CLI::App& app);
-std::unique_ptr<Command> makeInfoCommand(CLI::App& app);
-std::unique_ptr<Command> makeTableCommand(CLI::App& app);
-std::unique_ptr<Command> makeFatigueCommand(CLI::App& app);
-std::unique_ptr<Command> makePictureCommand(CLI::App& app);
-std::unique_ptr<Command> makeCombineCommand(CLI::App& app);
-std::unique_ptr<Command> makeCheckCommand(CLI::App& app);
-std::unique_ptr<Command> makeFosCommand(CLI::App& app);
-std::unique_ptr<Command> makeSafetyCommand(CLI::App& app);
+std::unique_ptr<Command> makeNewCommand(CommandLine& program);
+std::unique_ptr<Command> makeInfoCommand(CommandLine& program);
+std::unique_ptr<Command> makeTableCommand(CommandLine& program);
+std::unique_ptr<Command> makeFatigueCommand(CommandLine& program);
+std::unique_ptr<Command> makePictureCommand(CommandLine& program);
+std::unique_ptr<Command> makeCombineCommand(CommandLine& program);
+std::unique_ptr<Command> makeCheckCommand(CommandLine& program);
+std::unique_ptr<Command> makeFosCommand(CommandLine& program);
+std::unique_ptr<Command> makeSafetyCommand(CommandLine& program);
 
 } // namespace workbench::cli

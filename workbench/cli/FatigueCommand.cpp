@@ -2,7 +2,6 @@
 #include "workbench/cli/Output.h"
 #include "workbench/session/FatigueRun.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
@@ -14,15 +13,13 @@ using nlohmann::json;
 
 class FatigueCommand final : public Command {
   public:
-    explicit FatigueCommand(CLI::App& app) {
-        CLI::App* command =
-            app.add_subcommand("fatigue", "Run fatigue definitions and show the most damaged nodes");
-        command->add_option("model", model_, "Document (.wkm)")->required();
-        command->add_option("name", names_, "Definitions by name (default: all)");
-        command->add_option("--top", top_, "Number of nodes in the table")
-            ->check(CLI::Range(1, 1000000))
-            ->capture_default_str();
-        command->footer(
+    explicit FatigueCommand(CommandLine& program) {
+        CommandLine command =
+            program.command("fatigue", "Run fatigue definitions and show the most damaged nodes");
+        command.option("model", model_, "Document (.wkm)").required();
+        command.option("name", names_, "Definitions by name (default: all)");
+        command.option("--top", top_, "Number of nodes in the table").between(1, 1000000).showsDefault();
+        command.footer(
             "Leaves FATIGUE.76 beside the model; with FatigueText=YES in the environment also its text.");
     }
 
@@ -91,8 +88,8 @@ class FatigueCommand final : public Command {
 
 } // namespace
 
-std::unique_ptr<Command> makeFatigueCommand(CLI::App& app) {
-    return std::make_unique<FatigueCommand>(app);
+std::unique_ptr<Command> makeFatigueCommand(CommandLine& program) {
+    return std::make_unique<FatigueCommand>(program);
 }
 
 } // namespace workbench::cli

@@ -7,7 +7,6 @@
 #include "workbench/picture/ContourPicture.h"
 #include "workbench/session/SafetyHistories.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -40,24 +39,23 @@ json points(const std::vector<double>& x, const std::vector<double>& y) {
 
 class FosCommand final : public Command {
   public:
-    explicit FosCommand(CLI::App& app) {
-        CLI::App* command =
-            app.add_subcommand("fos", "Show the history of the factor of safety of a strength reduction");
-        command->add_option("model", model_, "Document (.wkm)")->required();
-        command->add_option("--name", name_, "Name of the history: MODEL_NAME_fos.out beside the document")
-            ->required();
-        command->add_option("-o,--output", output_, "Picture of a curve to write (.svg or .png)");
-        command->add_option("--subcase", subcase_, "Subcase that the picture shows (default: the first)");
-        command->add_option("--graph", graph_, "What the picture has across: displacement or iterations")
-            ->check(CLI::IsMember({kTypes[0], kTypes[1]}))
-            ->capture_default_str();
-        command->add_option("--size", size_, "Width and height of the picture, such as 800x520")
-            ->expected(2)
-            ->delimiter('x')
-            ->check(CLI::Range(50, 8192));
-        command->footer("Prints for each subcase the last factor, and the last one at which the analysis "
-                        "converged.\nExample:\n"
-                        "  vexa fos slope.wkm --name Slope --graph iterations -o fos.svg");
+    explicit FosCommand(CommandLine& program) {
+        CommandLine command =
+            program.command("fos", "Show the history of the factor of safety of a strength reduction");
+        command.option("model", model_, "Document (.wkm)").required();
+        command.option("--name", name_, "Name of the history: MODEL_NAME_fos.out beside the document")
+            .required();
+        command.option("-o,--output", output_, "Picture of a curve to write (.svg or .png)");
+        command.option("--subcase", subcase_, "Subcase that the picture shows (default: the first)");
+        command.option("--graph", graph_, "What the picture has across: displacement or iterations")
+            .oneOf({kTypes[0], kTypes[1]})
+            .showsDefault();
+        command.option("--size", size_, "Width and height of the picture, such as 800x520")
+            .inParts(2, 'x')
+            .between(50, 8192);
+        command.footer("Prints for each subcase the last factor, and the last one at which the analysis "
+                       "converged.\nExample:\n"
+                       "  vexa fos slope.wkm --name Slope --graph iterations -o fos.svg");
     }
 
     int run(WorkbenchHost& host, const CommonOptions& common) override {
@@ -168,8 +166,8 @@ class FosCommand final : public Command {
 
 } // namespace
 
-std::unique_ptr<Command> makeFosCommand(CLI::App& app) {
-    return std::make_unique<FosCommand>(app);
+std::unique_ptr<Command> makeFosCommand(CommandLine& program) {
+    return std::make_unique<FosCommand>(program);
 }
 
 } // namespace workbench::cli

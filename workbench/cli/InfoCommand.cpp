@@ -3,7 +3,6 @@
 #include "workbench/cli/Output.h"
 #include "workbench/results/Catalogue.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
@@ -132,9 +131,9 @@ void print(const json& info) {
 
 class InfoCommand final : public Command {
   public:
-    explicit InfoCommand(CLI::App& app) {
-        CLI::App* command = app.add_subcommand("info", "Show what a document holds: mesh, records, results");
-        command->add_option("model", model_, "Document (.wkm)")->required();
+    explicit InfoCommand(CommandLine& program) {
+        CommandLine command = program.command("info", "Show what a document holds: mesh, records, results");
+        command.option("model", model_, "Document (.wkm)").required();
     }
 
     int run(WorkbenchHost& host, const CommonOptions& common) override {
@@ -155,8 +154,8 @@ class InfoCommand final : public Command {
 
 } // namespace
 
-std::unique_ptr<Command> makeInfoCommand(CLI::App& app) {
-    return std::make_unique<InfoCommand>(app);
+std::unique_ptr<Command> makeInfoCommand(CommandLine& program) {
+    return std::make_unique<InfoCommand>(program);
 }
 
 } // namespace workbench::cli

@@ -2,7 +2,6 @@
 #include "workbench/cli/Output.h"
 #include "workbench/import/ImportProject.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
@@ -45,10 +44,10 @@ nlohmann::json describe(const ImportReport& report, const std::string& model) {
 
 class NewCommand final : public Command {
   public:
-    explicit NewCommand(CLI::App& app) {
-        CLI::App* command = app.add_subcommand("new", "Build a document and its results from a project deck");
-        command->add_option("deck", deck_, "Project deck (.toml)")->required();
-        command->add_option("-o,--output", model_, "Document to write (default: the deck's name with .wkm)");
+    explicit NewCommand(CommandLine& program) {
+        CommandLine command = program.command("new", "Build a document and its results from a project deck");
+        command.option("deck", deck_, "Project deck (.toml)").required();
+        command.option("-o,--output", model_, "Document to write (default: the deck's name with .wkm)");
     }
 
     int run(WorkbenchHost& host, const CommonOptions& common) override {
@@ -82,8 +81,8 @@ class NewCommand final : public Command {
 
 } // namespace
 
-std::unique_ptr<Command> makeNewCommand(CLI::App& app) {
-    return std::make_unique<NewCommand>(app);
+std::unique_ptr<Command> makeNewCommand(CommandLine& program) {
+    return std::make_unique<NewCommand>(program);
 }
 
 } // namespace workbench::cli

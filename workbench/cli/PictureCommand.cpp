@@ -9,7 +9,6 @@
 #include "workbench/results/Catalogue.h"
 #include "workbench/results/ResultQuery.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -62,26 +61,23 @@ nlohmann::json place(const std::vector<float>& values, const T_QM_MESH_D& mesh, 
 
 class PictureCommand final : public Command {
   public:
-    explicit PictureCommand(CLI::App& app) {
-        CLI::App* command =
-            app.add_subcommand("picture", "Draw a result component as a contour picture (PNG or SVG)");
-        choice_.addTo(*command);
-        command->add_option("-o,--output", output_, "Picture to write (.png or .svg)")->required();
-        addViewOptions(*command);
-        addColorOptions(*command);
+    explicit PictureCommand(CommandLine& program) {
+        CommandLine command =
+            program.command("picture", "Draw a result component as a contour picture (PNG or SVG)");
+        choice_.addTo(command);
+        command.option("-o,--output", output_, "Picture to write (.png or .svg)").required();
+        addViewOptions(command);
+        addColorOptions(command);
         command
-            ->add_option("--mark", marks_,
-                         "Marks: worst:N, worst-elements:N, node:12,13, element:7,8 or none; may be repeated")
-            ->expected(1)
-            ->take_all()
-            ->default_str("worst:1");
-        command->add_option("--title", title_, "Text above the picture (default: analysis, case and step)");
-        command->add_option("--background", background_, "Background")
-            ->check(CLI::IsMember({"white", "transparent"}))
-            ->capture_default_str();
-        command->add_option("--size", size_, "Width and height in pixels, such as 1600x1000")
-            ->expected(2)
-            ->delimiter('x');
+            .option("--mark", marks_,
+                    "Marks: worst:N, worst-elements:N, node:12,13, element:7,8 or none; may be repeated")
+            .repeatable()
+            .showsDefault("worst:1");
+        command.option("--title", title_, "Text above the picture (default: analysis, case and step)");
+        command.option("--background", background_, "Background")
+            .oneOf({"white", "transparent"})
+            .showsDefault();
+        command.option("--size", size_, "Width and height in pixels, such as 1600x1000").inParts(2, 'x');
     }
 
     int run(WorkbenchHost& host, const CommonOptions& common) override {
@@ -99,40 +95,36 @@ class PictureCommand final : public Command {
     }
 
   private:
-    void addViewOptions(CLI::App& command) {
+    void addViewOptions(CommandLine& command) {
         command
-            .add_option(
-                "--view", view_,
-                "iso, front, back, left, right, top or bottom, or degrees to the right of the front and "
-                "upwards, such as 30,20")
-            ->check(CLI::Validator(checkView, "VIEW"))
-            ->capture_default_str();
-        command
-            .add_option("--deform", deform_, "Deformed shape: auto, off or the factor of the displacements")
-            ->check(CLI::Validator(checkDeform, "auto|off|FACTOR"))
-            ->capture_default_str();
-        command.add_flag("--outline", outline_, "Edges of the undeformed shape beside the deformed one");
-        command.add_option("--edges", edges_, "Edges of the model: none, features or mesh")
-            ->check(CLI::IsMember({"none", "features", "mesh"}))
-            ->capture_default_str();
+            .option("--view", view_,
+                    "iso, front, back, left, right, top or bottom, or degrees to the right of the front and "
+                    "upwards, such as 30,20")
+            .checked(checkView, "VIEW")
+            .showsDefault();
+        command.option("--deform", deform_, "Deformed shape: auto, off or the factor of the displacements")
+            .checked(checkDeform, "auto|off|FACTOR")
+            .showsDefault();
+        command.flag("--outline", outline_, "Edges of the undeformed shape beside the deformed one");
+        command.option("--edges", edges_, "Edges of the model: none, features or mesh")
+            .oneOf({"none", "features", "mesh"})
+            .showsDefault();
     }
 
-    void addColorOptions(CLI::App& command) {
+    void addColorOptions(CommandLine& command) {
         command
-            .add_option("--colors", colors_,
-                        "Colour scale: viridis, cividis, blue-red (white at zero) or grey (for print)")
-            ->check(CLI::Validator(checkColors, "COLORS"))
-            ->capture_default_str();
-        command.add_flag("--smooth", smooth_, "Colours without bands");
+            .option("--colors", colors_,
+                    "Colour scale: viridis, cividis, blue-red (white at zero) or grey (for print)")
+            .checked(checkColors, "COLORS")
+            .showsDefault();
+        command.flag("--smooth", smooth_, "Colours without bands");
         command
-            .add_option("--scale", scale_,
-                        "Spread of values over the colours (default: log for damage and life)")
-            ->check(CLI::IsMember({"linear", "log"}));
+            .option("--scale", scale_, "Spread of values over the colours (default: log for damage and life)")
+            .oneOf({"linear", "log"});
         command
-            .add_option("--range", range_,
-                        "Ends of the scale bar, such as 0,250; what lies outside has colours of its own")
-            ->expected(2)
-            ->delimiter(',');
+            .option("--range", range_,
+                    "Ends of the scale bar, such as 0,250; what lies outside has colours of its own")
+            .inParts(2, ',');
     }
 
     int draw(WorkbenchHost& host, const CommonOptions& common, const T_QM_MESH_D& mesh, CVResult& table,
@@ -238,8 +230,8 @@ class PictureCommand final : public Command {
 
 } // namespace
 
-std::unique_ptr<Command> makePictureCommand(CLI::App& app) {
-    return std::make_unique<PictureCommand>(app);
+std::unique_ptr<Command> makePictureCommand(CommandLine& program) {
+    return std::make_unique<PictureCommand>(program);
 }
 
 } // namespace workbench::cli

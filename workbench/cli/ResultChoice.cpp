@@ -5,8 +5,6 @@
 #include "workbench/results/Catalogue.h"
 #include "workbench/results/ResultQuery.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 
 namespace workbench::cli {
@@ -71,20 +69,19 @@ std::vector<std::string> withShortForms(const std::vector<std::string>& names) {
 
 } // namespace
 
-void ResultChoice::addStepTo(CLI::App& command) {
-    command.add_option("model", model, "Document (.wkm)")->required();
-    command.add_option("--analysis", analysis, "Analysis by name")->required();
-    command.add_option("--case", caseName, "Case by name (default: the only one)");
-    command.add_option("--step", step, "Step by name, or by its number in the case (default: the last)");
+void ResultChoice::addStepTo(CommandLine& command) {
+    command.option("model", model, "Document (.wkm)").required();
+    command.option("--analysis", analysis, "Analysis by name").required();
+    command.option("--case", caseName, "Case by name (default: the only one)");
+    command.option("--step", step, "Step by name, or by its number in the case (default: the last)");
 }
 
-void ResultChoice::addTo(CLI::App& command) {
+void ResultChoice::addTo(CommandLine& command) {
     addStepTo(command);
     command
-        .add_option(
-            "--component", component,
-            "Component by identifier or name, as `vexa info` lists them; words that only one has will do")
-        ->required();
+        .option("--component", component,
+                "Component by identifier or name, as `vexa info` lists them; words that only one has will do")
+        .required();
 }
 
 Result<CPOHVCase*> ResultChoice::findStep(Document& document) const {

@@ -1,13 +1,10 @@
 #pragma once
 
 #include "base/Result.h"
+#include "workbench/cli/CommandLine.h"
 #include "workbench/session/Document.h"
 
 #include <string>
-
-namespace CLI {
-class App;
-}
 
 namespace workbench::cli {
 
@@ -19,8 +16,8 @@ struct ResultChoice {
     std::string step;
     std::string component;
 
-    void addTo(CLI::App& command);
-    void addStepTo(CLI::App& command); ///< all but the component
+    void addTo(CommandLine& command);
+    void addStepTo(CommandLine& command); ///< all but the component
 
     /// The step that is named, or the one of that number in its case. A name that does not exist is answered
     /// with those that do.

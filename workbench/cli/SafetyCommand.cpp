@@ -5,7 +5,6 @@
 #include "workbench/results/Catalogue.h"
 #include "workbench/session/SafetyField.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -21,19 +20,18 @@ using stability::RateMode;
 
 class SafetyCommand final : public Command {
   public:
-    explicit SafetyCommand(CLI::App& app) {
-        CLI::App* command = app.add_subcommand("safety", "Local safety of a step after Mohr-Coulomb");
-        choice_.addStepTo(*command);
+    explicit SafetyCommand(CommandLine& program) {
+        CommandLine command = program.command("safety", "Local safety of a step after Mohr-Coulomb");
+        choice_.addStepTo(command);
         command
-            ->add_option(
-                "--mode", mode_,
-                "fos (factor of safety) or ratio (stress over strength); default: that of the analysis")
-            ->check(CLI::IsMember({"fos", "ratio"}));
-        command->add_option("--name", name_, "Name of the new result set (default: \"Safety\" and the case)");
-        command->add_option("--top", top_, "How many nodes to list, the least safe first")
-            ->check(CLI::Range(0, 1000000))
-            ->capture_default_str();
-        command->footer(
+            .option("--mode", mode_,
+                    "fos (factor of safety) or ratio (stress over strength); default: that of the analysis")
+            .oneOf({"fos", "ratio"});
+        command.option("--name", name_, "Name of the new result set (default: \"Safety\" and the case)");
+        command.option("--top", top_, "How many nodes to list, the least safe first")
+            .between(0, 1000000)
+            .showsDefault();
+        command.footer(
             "Materials get their strength in the project deck: cohesion, friction_angle and, for a "
             "tension cut-off,\ntensile_strength. The set becomes an analysis of the document; its "
             "file is _SFT_NAME.lmop beside the model.\n"
@@ -151,8 +149,8 @@ class SafetyCommand final : public Command {
 
 } // namespace
 
-std::unique_ptr<Command> makeSafetyCommand(CLI::App& app) {
-    return std::make_unique<SafetyCommand>(app);
+std::unique_ptr<Command> makeSafetyCommand(CommandLine& program) {
+    return std::make_unique<SafetyCommand>(program);
 }
 
 } // namespace workbench::cli

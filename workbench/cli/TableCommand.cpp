@@ -5,7 +5,6 @@
 #include "workbench/results/Catalogue.h"
 #include "workbench/results/ResultQuery.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 namespace workbench::cli {
@@ -50,10 +49,10 @@ std::string csv(const NumberedValues& rows, const std::string& valueName) {
 
 class TableCommand final : public Command {
   public:
-    explicit TableCommand(CLI::App& app) {
-        CLI::App* command = app.add_subcommand("table", "Print the values of a result component as CSV");
-        choice_.addTo(*command);
-        command->add_option("-o,--output", output_, "File to write instead of the standard output");
+    explicit TableCommand(CommandLine& program) {
+        CommandLine command = program.command("table", "Print the values of a result component as CSV");
+        choice_.addTo(command);
+        command.option("-o,--output", output_, "File to write instead of the standard output");
     }
 
     int run(WorkbenchHost& host, const CommonOptions& common) override {
@@ -100,8 +99,8 @@ class TableCommand final : public Command {
 
 } // namespace
 
-std::unique_ptr<Command> makeTableCommand(CLI::App& app) {
-    return std::make_unique<TableCommand>(app);
+std::unique_ptr<Command> makeTableCommand(CommandLine& program) {
+    return std::make_unique<TableCommand>(program);
 }
 
 } // namespace workbench::cli

@@ -1,13 +1,10 @@
 #include "base/ReplaceFile.h"
 #include "workbench/cli/Commands.h"
 #include "workbench/cli/Output.h"
-#include "workbench/import/Names.h"
 
-#include <CLI/CLI.hpp>
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -27,16 +24,16 @@ constexpr const char* kFooter =
     "2 wrong command line.\n"
     "After ./run there is a model to look at: vexa info build/samples/notch/notch.wkm";
 
-void addCommonOptions(CLI::App& app, CommonOptions& common) {
-    app.add_flag("--json", common.json, "Print the result as JSON");
-    app.add_option("--lang", common.language, "Language of texts")->check(CLI::IsMember({"en", "ko"}));
-    app.add_option("--edition", common.edition, "Edition of the host")
-        ->check(CLI::IsMember({"A", "B", "C", "D"}))
-        ->capture_default_str();
-    app.add_option("--program-folder", common.programFolder,
+void addCommonOptions(CommandLine& program, CommonOptions& common) {
+    program.flag("--json", common.json, "Print the result as JSON");
+    program.option("--lang", common.language, "Language of texts").oneOf({"en", "ko"});
+    program.option("--edition", common.edition, "Edition of the host")
+        .oneOf({"A", "B", "C", "D"})
+        .showsDefault();
+    program.option("--program-folder", common.programFolder,
                    "Folder that holds \"64bit Solver\" (default: the program's own)");
-    app.add_option("--units", common.units, "Unit system for display, such as kN,m (default: the document's)")
-        ->check(CLI::Validator(unitSystemFault, "FORCE,LENGTH"));
+    program.option("--units", common.units, "Unit system for display, such as kN,m (default: the document's)")
+        .checked(unitSystemFault, "FORCE,LENGTH");
 }
 
 SessionOptions sessionOptions(const CommonOptions& common) {
@@ -45,18 +42,6 @@ SessionOptions sessionOptions(const CommonOptions& common) {
     options.language = common.language == "ko" ? Language::Korean : Language::English;
     options.programFolder = common.programFolder;
     return options;
-}
-
-/// What to say of a word that stands in the place of the command and is none; empty without such a word.
-std::string unknownCommand(const CLI::App& app) {
-    const std::vector<std::string> words = app.remaining();
-    const auto stray = std::ranges::find_if(words, [](const std::string& word) { return word[0] != '-'; });
-    if (!app.get_subcommands().empty() || stray == words.end()) return {};
-    std::vector<std::string> known;
-    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; }))
-        known.push_back(command->get_name());
-    return "there is no command \"" + *stray + "\"" + suggestion(*stray, known) + "; there are " +
-           listNames(known);
 }
 
 /// A standard file that is closed would be the next file that is opened, and what is printed would stand in
@@ -75,33 +60,18 @@ int delivered(int code) {
 }
 
 int run(int argc, char** argv) {
-    CLI::App app{kDescription, "vexa"};
-    app.footer(kFooter);
-    app.set_version_flag("--version", std::string("vexa ") + VEXA_VERSION);
-    app.require_subcommand(1);
-    app.fallthrough();
+    CommandLine program("vexa", VEXA_VERSION, kDescription);
+    program.footer(kFooter);
     CommonOptions common;
-    addCommonOptions(app, common);
+    addCommonOptions(program, common);
 
     std::unique_ptr<Command> commands[] = {
-        makeNewCommand(app),     makeInfoCommand(app),    makeTableCommand(app),
-        makeFatigueCommand(app), makePictureCommand(app), makeCombineCommand(app),
-        makeCheckCommand(app),   makeFosCommand(app),     makeSafetyCommand(app)};
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::RequiredError& error) {
-        const std::string unknown = unknownCommand(app);
-        if (unknown.empty()) return app.exit(error) == 0 ? kDone : kUsage;
-        fail(unknown);
-        return kUsage;
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? kDone : kUsage;
-    }
-    const auto subcommands = app.get_subcommands([](CLI::App*) { return true; });
+        makeNewCommand(program),     makeInfoCommand(program),    makeTableCommand(program),
+        makeFatigueCommand(program), makePictureCommand(program), makeCombineCommand(program),
+        makeCheckCommand(program),   makeFosCommand(program),     makeSafetyCommand(program)};
+    if (const auto done = program.parse(argc, argv)) return *done;
     WorkbenchHost host(sessionOptions(common));
-    for (std::size_t i = 0; i < std::size(commands); ++i)
-        if (subcommands[i]->parsed()) return commands[i]->run(host, common);
-    return kUsage;
+    return commands[program.givenCommand()]->run(host, common);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "framework/text/CodePage.h"
 #include "framework/windows/desktop/DeskScript.h"
 #include "module/entry/VEXAGpsDialog.h"
+#include "workbench/cli/CommandLine.h"
 #include "workbench/cli/ResultChoice.h"
 #include "workbench/desktop/Appearance.h"
 #include "workbench/desktop/ChartExport.h"
@@ -9,8 +10,6 @@
 #include "workbench/desktop/ScreenDescription.h"
 #include "workbench/picture/DrawingDisplay.h"
 #include "workbench/picture/ProbeWindow.h"
-
-#include <CLI/CLI.hpp>
 
 #include <csignal>
 #include <cstdio>
@@ -23,7 +22,7 @@ namespace {
 using namespace workbench;
 using namespace workbench::desktop;
 
-enum ExitCode : int { kDone = 0, kFailed = 1, kUsage = 2 };
+using enum cli::ExitCode;
 
 struct Options {
     cli::ResultChoice choice; ///< model, and what is shown of it
@@ -57,31 +56,30 @@ int fail(const std::string& message) {
     return kFailed;
 }
 
-void addOptions(CLI::App& app, Options& options) {
-    app.add_option("model", options.choice.model, "Document (.wkm)");
-    app.add_option("--dialog", options.dialog, "Open this dialog, by its class name");
-    app.add_option("--argument", options.argument, "Text that the dialog takes, such as a name");
-    app.add_option("--do", options.script, "Script of user actions to do (docs/desk-script.md)");
-    app.add_option("--screenshot", options.screenshot, "Write a picture (.png) and end");
-    app.add_option("--chart", options.chart,
+void addOptions(cli::CommandLine& program, Options& options) {
+    program.option("model", options.choice.model, "Document (.wkm)");
+    program.option("--dialog", options.dialog, "Open this dialog, by its class name");
+    program.option("--argument", options.argument, "Text that the dialog takes, such as a name");
+    program.option("--do", options.script, "Script of user actions to do (docs/desk-script.md)");
+    program.option("--screenshot", options.screenshot, "Write a picture (.png) and end");
+    program.option("--chart", options.chart,
                    "Write the chart of the dialog (.png, .pdf, .svg or .csv) in the size of --size, and end");
-    app.add_option("--analysis", options.choice.analysis, "Show a result of this analysis, by name");
-    app.add_option("--case", options.choice.caseName, "Case by name (default: the only one)");
-    app.add_option("--step", options.choice.step, "Step by name or number (default: the last)");
-    app.add_option("--component", options.choice.component, "Component by identifier or name");
-    app.add_option("--lang", options.language, "Language of texts")->check(CLI::IsMember({"en", "ko"}));
-    app.add_option("--units", options.units, "Unit system for display, such as kN,m")
-        ->check(CLI::Validator(unitSystemFault, "FORCE,LENGTH"));
-    app.add_option("--edition", options.edition, "Edition of the host")
-        ->check(CLI::IsMember({"A", "B", "C", "D"}))
-        ->capture_default_str();
-    app.add_option("--program-folder", options.programFolder,
+    program.option("--analysis", options.choice.analysis, "Show a result of this analysis, by name");
+    program.option("--case", options.choice.caseName, "Case by name (default: the only one)");
+    program.option("--step", options.choice.step, "Step by name or number (default: the last)");
+    program.option("--component", options.choice.component, "Component by identifier or name");
+    program.option("--lang", options.language, "Language of texts").oneOf({"en", "ko"});
+    program.option("--units", options.units, "Unit system for display, such as kN,m")
+        .checked(unitSystemFault, "FORCE,LENGTH");
+    program.option("--edition", options.edition, "Edition of the host")
+        .oneOf({"A", "B", "C", "D"})
+        .showsDefault();
+    program.option("--program-folder", options.programFolder,
                    "Folder that holds \"64bit Solver\" (default: the program's own)");
-    app.add_option("--size", options.size, "Width and height of the main window, such as 1280x800")
-        ->expected(2)
-        ->delimiter('x')
-        ->check(CLI::Range(50, 8192));
-    app.add_option("--describe", options.describe,
+    program.option("--size", options.size, "Width and height of the main window, such as 1280x800")
+        .inParts(2, 'x')
+        .between(50, 8192);
+    program.option("--describe", options.describe,
                    "Keep a list of what is on the screen, and where, in this file");
 }
 
@@ -243,15 +241,10 @@ class Program {
 
 int runProgram(int argc, char** argv) {
     Options options;
-    CLI::App app{kDescription, "vexa-desktop"};
-    app.footer(kFooter);
-    app.set_version_flag("--version", std::string("vexa-desktop ") + VEXA_VERSION);
-    addOptions(app, options);
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? kDone : kUsage;
-    }
+    cli::CommandLine program("vexa-desktop", VEXA_VERSION, kDescription);
+    program.footer(kFooter);
+    addOptions(program, options);
+    if (const auto done = program.parse(argc, argv)) return *done;
     if (const std::string wrong = usageError(options); !wrong.empty()) {
         fail(wrong);
         return kUsage;
@@ -273,8 +266,8 @@ int runProgram(int argc, char** argv) {
     int count = 1;
     QApplication application(count, argv);
     QApplication::setApplicationDisplayName("VEXA");
-    Program program(std::move(options));
-    return program.run(application, std::move(*steps));
+    Program running(std::move(options));
+    return running.run(application, std::move(*steps));
 }
 
 } // namespace
