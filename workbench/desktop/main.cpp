@@ -11,6 +11,7 @@
 #include "workbench/picture/DrawingDisplay.h"
 #include "workbench/picture/ProbeWindow.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -226,6 +227,13 @@ class Program {
         auto* chart = plots.isEmpty() ? nullptr : dynamic_cast<ChartWidget*>(plots.front());
         if (!chart) {
             exitCode_ = fail("the dialog " + options_.dialog + " did not open or has no chart");
+            return;
+        }
+        const tqx::frx::ChartState* state = chart->state();
+        if (!state ||
+            std::ranges::all_of(state->series, [](const auto& series) { return series.y.empty(); })) {
+            exitCode_ =
+                fail("the chart of the dialog " + options_.dialog + " has no values; nothing was written");
             return;
         }
         chart->resize(options_.size[0], options_.size[1]);

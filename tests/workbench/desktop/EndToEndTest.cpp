@@ -86,6 +86,7 @@ TEST(Desktop, ScreenshotsNeedNoDisplay) {
     folder.write("add.desk", "type 1107 2.5\npress Add\ntype \"New set\" \"My set\"\n");
     folder.write("wrong.desk", "press Add\npress Nowhere\n");
     folder.write("broken.desk", "push Add\n");
+    folder.write("cube_run_fos.out", "SUBCASE : Gravity\n 1 0.5 1.25 T\n");
     ASSERT_EQ(runShell(folder, "vexa new cube.toml -o cube.wkm").exitCode, 0);
     struct Row {
         const char* arguments;
@@ -93,6 +94,7 @@ TEST(Desktop, ScreenshotsNeedNoDisplay) {
         const char* message; ///< on the standard error output
     };
     const std::string combination = "cube.wkm --screenshot s.png --dialog CVEXAGpsResultCombinationDlg ";
+    const std::string chart = "cube.wkm --chart s.png --dialog CVEXAGpsSafetyGraphDlg ";
     const std::pair<std::string, Row> rows[] = {
         {"cube.wkm --screenshot s.png", {"", 0, ""}},
         {"--screenshot s.png --lang ko", {"", 0, ""}},
@@ -101,6 +103,8 @@ TEST(Desktop, ScreenshotsNeedNoDisplay) {
         {combination, {"--lang ko", 0, ""}},
         {combination, {"--do add.desk", 0, ""}},
         {"cube.wkm --screenshot s.png --dialog CVEXAGpsSafetyGraphDlg --argument fos", {"", 0, ""}},
+        {chart, {"--argument run", 0, ""}},
+        {chart, {"--argument fos", 1, "the chart of the dialog CVEXAGpsSafetyGraphDlg has no values"}},
         {combination, {"--do wrong.desk", 1, "wrong.desk: line 2: there is no control \"Nowhere\""}},
         {combination, {"--do broken.desk", 1, "broken.desk: line 1: there is no action \"push\""}},
         {combination, {"--do none.desk", 1, "cannot read the script none.desk"}},
