@@ -49,7 +49,6 @@ class Tables {
         return true;
     }
     const T_RESULT_TABLE_D& at(std::size_t table) const { return **leases_[table]; }
-    std::size_t count() const { return leases_.size(); }
 
   private:
     std::vector<std::unique_ptr<CVResultLease>> leases_;
@@ -85,16 +84,18 @@ class Gathering {
         Tables principals;
         const auto given = principals.load(step_, 0, codes);
         if (!given) return given.error();
-        if (*given)
-            return distribute(family, principals.at(0), [&](std::size_t i) {
+        if (*given) {
+            distribute(family, principals.at(0), [&](std::size_t i) {
                 return ExtremePrincipals{principals.at(0).values[i], principals.at(1).values[i]};
             });
+            return {};
+        }
         Tables tensor;
         const auto parts = source.planar ? std::span<const unsigned>(kPlanarParts) : kSolidParts;
         const auto loaded = tensor.load(step_, source.tensor, parts);
         if (!loaded) return loaded.error();
         if (!*loaded) return {};
-        return distribute(family, tensor.at(0), [&](std::size_t i) {
+        distribute(family, tensor.at(0), [&](std::size_t i) {
             if (source.planar)
                 return inPlane(tensor.at(0).values[i], tensor.at(1).values[i], tensor.at(2).values[i]);
             double components[6];
@@ -102,6 +103,7 @@ class Gathering {
                 components[part] = tensor.at(part).values[i];
             return extremePrincipals(components);
         });
+        return {};
     }
 
     static void add(StressStates& states, std::uint32_t node, const ExtremePrincipals& stress) {
@@ -111,12 +113,11 @@ class Gathering {
     }
 
     template <class Stress>
-    Result<void> distribute(std::size_t family, const T_RESULT_TABLE_D& table, const Stress& stress) {
+    void distribute(std::size_t family, const T_RESULT_TABLE_D& table, const Stress& stress) {
         if (table.location == ResultLocation::ElementCorner)
             distributeCorners(table, stress);
         else
             distributeNodes(family, table, stress);
-        return {};
     }
 
     template <class Stress>
